@@ -1,0 +1,408 @@
+// Width handling, the lane mask, the callout frame and the lane loop: the
+// part of every entry point that is not the family's arithmetic.
+//
+// A family kernel is a struct that computes one register's worth of lanes:
+//
+//   struct full : frame::Kernel {
+//     using sig = double(double);          // lane types: result(inputs...)
+//     template <int L> static Vec<double, L> vec(Vec<double, L> x);
+//     // with a callout:
+//     static constexpr bool has_callout = true;
+//     template <int L> static Mask<double, L> special(Vec<double, L> x, Vec<double, L> r);
+//     template <int L> static Mask<double, L> settle(Vec<double, L> x, Vec<double, L>& r,
+//                                                   Mask<double, L> flagged);   // optional
+//     static int scalar(const double* x, double* r);
+//   };
+//
+// Signatures: `R(A...)` with lane types double, float, int32_t, uint32_t,
+// int64_t, uint64_t. An argument `P*` (always last) is a second result stored
+// through a pointer; `Two<R0, R1>` as R is a pair of register results. The
+// kernel's `vec` returns the result chunk, or `Two<chunk, chunk>` for two
+// results; `special`, `settle` and `scalar` see the inputs then the results.
+//
+// Entry<K, W> turns that into width W (1, 2, 3, 4, 8 or 16):
+// - a chunk is L lanes in one register: 256 bits for widths 3 and up (4 double
+//   or 64-bit lanes, 8 lanes when every lane is 32-bit, or 4 at widths 3 and
+//   4), 128 bits for widths 1 and 2; width 1 works on its argument broadcast
+//   to every lane of the chunk, width 3 as width 4;
+// - the lane mask gathers the chunks' flagged lanes (bit i for lane i) and
+//   keeps only the lanes of the width (width 3 keeps four bits: its fourth
+//   lane is computed like the others and never reaches lanes 0-2);
+// - on the slow path (a separate non-inlined function, so that the common path
+//   saves no registers) the flagged lanes go one by one, in lane order, to the
+//   family's scalar routine through the 64-byte aligned callout frame.
+#pragma once
+
+#include "frame/simd.h"
+#include "frame/status.h"
+
+namespace ravl {
+
+template <class A, class B> struct Two {
+  A first;
+  B second;
+};
+
+namespace frame {
+
+// Defaults a kernel may override.
+struct Kernel {
+  static constexpr bool has_callout = false;
+  // The inline pass: lanes whose answer is a constant are fixed in the result
+  // and dropped from the returned mask. By default nothing is settled inline.
+  template <int L, class M, class... A> static RAVL_INLINE M settle(M flagged, A&&...) { return flagged; }
+};
+
+// ---- signature analysis ----------------------------------------------------
+
+template <class... T> struct List {};
+template <bool b, class A, class B> struct CondT { using type = A; };
+template <class A, class B> struct CondT<false, A, B> { using type = B; };
+template <class T> struct IsPtr { static constexpr bool value = false; using type = T; };
+template <class T> struct IsPtr<T*> { static constexpr bool value = true; using type = T; };
+
+template <class S> struct Sig;
+template <class R, class... A> struct Sig<R(A...)> {
+  using Ret = R;
+  static constexpr int nargs = sizeof...(A);
+};
+
+template <class T> constexpr int max_bytes(List<T>) { return sizeof(typename IsPtr<T>::type); }
+template <class T, class U, class... R> constexpr int max_bytes(List<T, U, R...>) {
+  return sizeof(typename IsPtr<T>::type) > max_bytes(List<U, R...>{})
+             ? (int)sizeof(typename IsPtr<T>::type) : max_bytes(List<U, R...>{});
+}
+template <class R> struct RetLanes { using type = List<R>; };
+template <class A, class B> struct RetLanes<Two<A, B>> { using type = List<A, B>; };
+
+template <class S> struct MaxBytes;
+template <class R, class... A> struct MaxBytes<R(A...)> {
+  template <class... X> static constexpr int of(List<X...>) { return max_bytes(List<X..., A...>{}); }
+  static constexpr int value = of(typename RetLanes<R>::type{});
+};
+
+// The register image of a width-W value of lane type T: the scalar itself at
+// width 1, else enough lanes to fill at least a 128-bit register (width 3
+// travels as 4).
+constexpr int padded(int w) { return w == 3 ? 4 : w; }
+template <class T, int W> struct ImageT {
+  static constexpr int lanes = padded(W) * (int)sizeof(T) < 16 ? 16 / (int)sizeof(T) : padded(W);
+  using type = Vec<T, lanes>;
+};
+template <class T> struct ImageT<T, 1> {
+  static constexpr int lanes = 1;
+  using type = T;
+};
+template <class T, int W> using Image = typename ImageT<T, W>::type;
+
+// Lane bits that belong to width W (width 3 keeps its fourth lane's bit).
+constexpr uint32_t width_bits(int w) { return w >= 32 ? ~0u : (1u << padded(w)) - 1u; }
+
+template <int c> struct Idx { static constexpr int value = c; };
+// f(Idx<0>{}), f(Idx<1>{}), ... f(Idx<N-1>{}), unrolled at compile time.
+template <class F, int... I> RAVL_INLINE void unroll_impl(F& f, Ints<I...>) { (f(Idx<I>{}), ...); }
+template <int N, class F> RAVL_INLINE void unroll(F&& f) { unroll_impl(f, typename MakeInts<N>::type{}); }
+
+struct None {};
+
+// The parts of a signature: inputs, register results, a result through a pointer.
+template <class S> struct Parts;
+template <class R, class... A> struct Parts<R(A...)> {
+  using In = List<A...>;
+  using Out0 = R;
+  using Out1 = None;
+  static constexpr int nin = sizeof...(A), nout = 1;
+  static constexpr bool ptr_out = false;
+};
+template <class R, class A, class P> struct Parts<R(A, P*)> {
+  using In = List<A>;
+  using Out0 = R;
+  using Out1 = P;
+  static constexpr int nin = 1, nout = 2;
+  static constexpr bool ptr_out = true;
+};
+template <class R, class A, class B, class P> struct Parts<R(A, B, P*)> {
+  using In = List<A, B>;
+  using Out0 = R;
+  using Out1 = P;
+  static constexpr int nin = 2, nout = 2;
+  static constexpr bool ptr_out = true;
+};
+template <class R0, class R1, class... A> struct Parts<Two<R0, R1>(A...)> {
+  using In = List<A...>;
+  using Out0 = R0;
+  using Out1 = R1;
+  static constexpr int nin = sizeof...(A), nout = 2;
+  static constexpr bool ptr_out = false;
+};
+
+template <int i, class L> struct At;
+template <class T, class... R> struct At<0, List<T, R...>> { using type = T; };
+template <int i, class T, class... R> struct At<i, List<T, R...>> { using type = typename At<i - 1, List<R...>>::type; };
+
+template <class T> constexpr bool is_float_lane = __is_same(T, double) || __is_same(T, float);
+
+template <class K, int W> struct Entry {
+  using S = typename K::sig;
+  using P = Parts<S>;
+  static constexpr int wide = MaxBytes<S>::value;
+  // Lanes per chunk and number of chunks.
+  static constexpr int L = W <= 2 ? 16 / wide : (padded(W) * wide <= 32 ? padded(W) : 32 / wide);
+  static constexpr int n = W <= 2 ? 1 : padded(W) / L;
+  static constexpr uint32_t lane_bits = width_bits(W);
+
+  template <class T> using C = Vec<T, L>;
+  template <int i> using InT = typename At<i, typename P::In>::type;
+  using O0 = typename P::Out0;
+  using O1 = typename P::Out1;
+  static constexpr bool two = P::nout == 2;
+  // What the kernel returns for one chunk.
+  using O1x = typename CondT<two, O1, O0>::type;  // O1, or a placeholder with one result
+  using Out = typename CondT<two, Two<C<O0>, C<O1x>>, C<O0>>::type;
+
+  // Input chunks, output chunks and the lane mask of one call.
+  struct State {
+    C<InT<0>> in0[n];
+    C<typename At<(P::nin > 1 ? 1 : 0), typename P::In>::type> in1[n];
+    C<typename At<(P::nin > 2 ? 2 : 0), typename P::In>::type> in2[n];
+    Out out[n];
+    uint32_t mask;
+  };
+
+  // ---- images <-> chunks ----
+  template <int c, class T> static RAVL_INLINE C<T> chunk(T x) { return C<T>(x); }  // width 1: broadcast
+  template <int c, class T, int N> static RAVL_INLINE C<T> chunk(Vec<T, N> img) { return slice<c * L, L>(img); }
+
+  template <class T> static RAVL_INLINE Image<T, W> image(const C<T>* ch) {
+    if constexpr (W == 1) {
+      return ch[0][0];
+    } else if constexpr (n == 1) {
+      return slice<0, ImageT<T, W>::lanes>(ch[0]);
+    } else if constexpr (n == 2) {
+      return slice<0, ImageT<T, W>::lanes>(join(ch[0], ch[1]));
+    } else {
+      return slice<0, ImageT<T, W>::lanes>(join(ch[0], ch[1], ch[2], ch[3]));
+    }
+  }
+  template <int k> static RAVL_INLINE auto out_image(const State& s) {
+    using T = typename CondT<k == 0, O0, O1x>::type;
+    C<T> ch[n];
+    for (int c = 0; c < n; ++c) {
+      if constexpr (!two) ch[c] = s.out[c];
+      else if constexpr (k == 0) ch[c] = s.out[c].first;
+      else ch[c] = s.out[c].second;
+    }
+    return image<T>(ch);
+  }
+
+  // ---- the common path ----
+  // Computes every lane; if some lane is flagged after the inline pass, hands
+  // the state to `slow` (a non-inlined function with the entry points'
+  // convention that runs the lane loop, see `slow` below).
+  template <class... Img> static RAVL_INLINE State compute(void* slow_fn, Img... img) {
+    static_assert(sizeof...(Img) == P::nin, "argument count");
+    State s;
+    unroll<n>([&](auto ci) {
+      constexpr int c = decltype(ci)::value;
+      load_inputs<c>(s, img...);
+    });
+    uint32_t mask = 0;
+    unroll<n>([&](auto ci) {
+      constexpr int c = decltype(ci)::value;
+      s.out[c] = call_vec(s, c);
+      if constexpr (K::has_callout) mask |= bits(call_special(s, c)) << (c * L);
+    });
+    mask &= lane_bits;
+    s.mask = mask;
+    if constexpr (K::has_callout) {
+      if (__builtin_expect(mask != 0, 0)) {
+        // Inline pass: constant answers are blended in and leave the mask.
+        mask = 0;
+        unroll<n>([&](auto ci) {
+          constexpr int c = decltype(ci)::value;
+          mask |= bits(call_settle(s, c)) << (c * L);
+        });
+        s.mask = mask & s.mask;
+        if (s.mask != 0) {
+          using Fn = void(RAVL_CC*)(void*);
+          ((Fn)slow_fn)(&s);
+        }
+      }
+    }
+    return s;
+  }
+
+  template <int c, class... Img> static RAVL_INLINE void load_inputs(State& s, Img... img) {
+    int i = 0;
+    ((set_in<c>(s, i++, img)), ...);
+  }
+  template <int c, class X> static RAVL_INLINE void set_in(State& s, int i, X img) {
+    if (i == 0) { if constexpr (__is_same(X, Image<InT<0>, W>)) s.in0[c] = chunk<c>(img); }
+    if constexpr (P::nin > 1) if (i == 1) { if constexpr (__is_same(X, Image<InT<1>, W>)) s.in1[c] = chunk<c>(img); }
+    if constexpr (P::nin > 2) if (i == 2) { if constexpr (__is_same(X, Image<InT<2>, W>)) s.in2[c] = chunk<c>(img); }
+  }
+
+  static RAVL_INLINE Out call_vec(const State& s, int c) {
+    if constexpr (P::nin == 1) return K::template vec<L>(s.in0[c]);
+    else if constexpr (P::nin == 2) return K::template vec<L>(s.in0[c], s.in1[c]);
+    else return K::template vec<L>(s.in0[c], s.in1[c], s.in2[c]);
+  }
+  static RAVL_INLINE auto call_special(const State& s, int c) {
+    if constexpr (P::nin == 1) return K::template special<L>(s.in0[c], s.out[c]);
+    else if constexpr (P::nin == 2) return K::template special<L>(s.in0[c], s.in1[c], s.out[c]);
+    else return K::template special<L>(s.in0[c], s.in1[c], s.in2[c], s.out[c]);
+  }
+  static RAVL_INLINE auto call_settle(State& s, int c) {
+    auto flagged = call_special(s, c);
+    if constexpr (P::nin == 1) return K::template settle<L>(flagged, s.in0[c], s.out[c]);
+    else if constexpr (P::nin == 2) return K::template settle<L>(flagged, s.in0[c], s.in1[c], s.out[c]);
+    else return K::template settle<L>(flagged, s.in0[c], s.in1[c], s.in2[c], s.out[c]);
+  }
+
+  // ---- the slow path: callout frame and lane loop ----
+  //
+  // The frame is 64-byte aligned; its blocks follow each other, each starting
+  // on a 64-byte boundary and as long as the vector rounded up to 64 bytes:
+  // the floating inputs in argument order, the floating results, then the
+  // 32-bit integer blocks (integer inputs, then integer results).
+  template <class T> static constexpr int block_bytes() { return (n * L * (int)sizeof(T) + 63) / 64 * 64; }
+  template <class T> static constexpr int fblock(bool is) { return is_float_lane<T> == is ? block_bytes<T>() : 0; }
+  struct Layout {
+    // Offsets of in0, in1, in2, out0, out1.
+    int off[5];
+    int total;
+  };
+  static constexpr Layout layout() {
+    using I1 = typename At<(P::nin > 1 ? 1 : 0), typename P::In>::type;
+    using I2 = typename At<(P::nin > 2 ? 2 : 0), typename P::In>::type;
+    constexpr bool has[5] = {true, P::nin > 1, P::nin > 2, true, two};
+    constexpr bool flt[5] = {is_float_lane<InT<0>>, is_float_lane<I1>, is_float_lane<I2>, is_float_lane<O0>,
+                             is_float_lane<O1x>};
+    constexpr int size[5] = {block_bytes<InT<0>>(), block_bytes<I1>(), block_bytes<I2>(), block_bytes<O0>(),
+                             block_bytes<O1x>()};
+    Layout l{};
+    int at = 0;
+    for (int pass = 0; pass < 2; ++pass)
+      for (int k = 0; k < 5; ++k)
+        if (has[k] && flt[k] == (pass == 0)) { l.off[k] = at; at += size[k]; }
+    l.total = at;
+    return l;
+  }
+
+  static RAVL_INLINE void slow(void* sp) {
+    if constexpr (K::has_callout) lane_loop(*static_cast<State*>(sp));
+  }
+  static RAVL_INLINE void lane_loop(State& s) {
+    constexpr Layout lay = layout();
+    alignas(64) unsigned char fr[lay.total];
+    // Steps 1-2: store inputs and the current results into their blocks.
+    for (int c = 0; c < n; ++c) {
+      store_chunk(fr + lay.off[0], c, s.in0[c]);
+      if constexpr (P::nin > 1) store_chunk(fr + lay.off[1], c, s.in1[c]);
+      if constexpr (P::nin > 2) store_chunk(fr + lay.off[2], c, s.in2[c]);
+      if constexpr (two) {
+        store_chunk(fr + lay.off[3], c, s.out[c].first);
+        store_chunk(fr + lay.off[4], c, s.out[c].second);
+      } else {
+        store_chunk(fr + lay.off[3], c, s.out[c]);
+      }
+    }
+    // The lane loop: every bit position in increasing order, a call for each
+    // set bit. The compiler clears the upper vector halves before each call.
+    uint32_t mask = s.mask;
+    for (int i = 0; i < 32; ++i) {
+      if (!(mask >> i & 1)) continue;
+      call_scalar(fr, lay, i);
+    }
+    // Reload the result blocks: lanes that were not called keep their value.
+    for (int c = 0; c < n; ++c) {
+      if constexpr (two) {
+        s.out[c].first = load_chunk<O0>(fr + lay.off[3], c);
+        s.out[c].second = load_chunk<O1x>(fr + lay.off[4], c);
+      } else {
+        s.out[c] = load_chunk<O0>(fr + lay.off[3], c);
+      }
+    }
+  }
+  template <class T> static RAVL_INLINE void store_chunk(unsigned char* blk, int c, C<T> v) {
+    __builtin_memcpy(blk + c * L * sizeof(T), &v, sizeof(T) * L);
+  }
+  template <class T> static RAVL_INLINE C<T> load_chunk(const unsigned char* blk, int c) {
+    C<T> v;
+    __builtin_memcpy(&v, blk + c * L * sizeof(T), sizeof(T) * L);
+    return v;
+  }
+  template <class T> static RAVL_INLINE T* lane(unsigned char* fr, int off, int i) {
+    return reinterpret_cast<T*>(fr + off) + i;
+  }
+  static RAVL_INLINE void call_scalar(unsigned char* fr, const Layout& lay, int i) {
+    if constexpr (P::nin == 1 && !two)
+      K::scalar(lane<InT<0>>(fr, lay.off[0], i), lane<O0>(fr, lay.off[3], i));
+    else if constexpr (P::nin == 1)
+      K::scalar(lane<InT<0>>(fr, lay.off[0], i), lane<O0>(fr, lay.off[3], i), lane<O1x>(fr, lay.off[4], i));
+    else if constexpr (P::nin == 2 && !two)
+      K::scalar(lane<InT<0>>(fr, lay.off[0], i), lane<InT<1>>(fr, lay.off[1], i), lane<O0>(fr, lay.off[3], i));
+    else if constexpr (P::nin == 2)
+      K::scalar(lane<InT<0>>(fr, lay.off[0], i), lane<InT<1>>(fr, lay.off[1], i), lane<O0>(fr, lay.off[3], i),
+                lane<O1x>(fr, lay.off[4], i));
+    else
+      K::scalar(lane<InT<0>>(fr, lay.off[0], i), lane<InT<1>>(fr, lay.off[1], i), lane<InT<2>>(fr, lay.off[2], i),
+                lane<O0>(fr, lay.off[3], i));
+  }
+
+  // ---- the two entry forms ----
+
+  // Register form. Returns the register result image; with a second result
+  // through a pointer, stores exactly W lanes of it there; with two register
+  // results, returns both images one after the other.
+  template <class... Img> static RAVL_INLINE auto reg(void* slow_fn, void* ptr, Img... img) {
+    State s = compute(slow_fn, img...);
+    if constexpr (P::ptr_out) store_lanes<O1>(ptr, out_image<1>(s));
+    if constexpr (two && !P::ptr_out) return pair_image(s);
+    else return out_image<0>(s);
+  }
+  static RAVL_INLINE auto pair_image(const State& s) {
+    auto a = out_image<0>(s);
+    auto b = out_image<1>(s);
+    if constexpr (W == 1 && is_float_lane<O0>) {
+      // Both scalars packed into one register, the first in lane 0.
+      return Vec<O0, 16 / sizeof(O0)>{a, b};
+    } else if constexpr (W == 1) {
+      // Integer pair in one general register, the first in the low half.
+      return (uint64_t)(uint32_t)a | (uint64_t)(uint32_t)b << 32;
+    } else {
+      return join(a, b);
+    }
+  }
+
+  // By-address form: arguments and results as register images in memory
+  // (any alignment); returns the result address.
+  template <class... Ptr> static RAVL_INLINE void* mem(void* slow_fn, void* res, const Ptr*... p) {
+    State s = load_and_compute(slow_fn, res, p...);
+    store_lanes<O0>(res, out_image<0>(s));
+    if constexpr (two && !P::ptr_out)
+      store_lanes<O1>(static_cast<unsigned char*>(res) + sizeof(Image<O0, W>), out_image<1>(s));
+    return res;
+  }
+  template <class... Ptr> static RAVL_INLINE State load_and_compute(void* slow_fn, void* res, const Ptr*... p) {
+    const void* ptrs[] = {p...};
+    State s;
+    if constexpr (P::nin == 1) s = compute(slow_fn, load_image<InT<0>>(ptrs[0]));
+    else if constexpr (P::nin == 2) s = compute(slow_fn, load_image<InT<0>>(ptrs[0]), load_image<InT<1>>(ptrs[1]));
+    else s = compute(slow_fn, load_image<InT<0>>(ptrs[0]), load_image<InT<1>>(ptrs[1]), load_image<InT<2>>(ptrs[2]));
+    if constexpr (P::ptr_out) store_lanes<O1>(const_cast<void*>(ptrs[P::nin]), out_image<1>(s));
+    return s;
+  }
+  template <class T> static RAVL_INLINE Image<T, W> load_image(const void* p) {
+    Image<T, W> v;
+    __builtin_memcpy(&v, p, sizeof v);
+    return v;
+  }
+  // Exactly W lanes: nothing is written past the caller's vector.
+  template <class T> static RAVL_INLINE void store_lanes(void* p, Image<T, W> v) {
+    __builtin_memcpy(p, &v, W * sizeof(T));
+  }
+};
+
+}  // namespace frame
+}  // namespace ravl

@@ -1,0 +1,215 @@
+// Lane value types and the one-instruction operations on them.
+//
+// Every kernel in the library is written once against `Vec<T, L>`: L lanes of
+// T in one 128-bit or 256-bit register (clang's extended vector types, so the
+// ordinary operators act lane by lane and compile to one instruction each).
+// The names below that style uses (F64x4, F32x8, I32x8, ...) are those types.
+// Intrinsics live in this file; a kernel that needs one directly says why.
+//
+// The library is freestanding: no C or C++ runtime headers, only the
+// compiler's own <stdint.h> and <immintrin.h>.
+#pragma once
+
+#define __MM_MALLOC_H  // immintrin.h would pull in the C runtime's stdlib.h
+#include <immintrin.h>
+#include <stdint.h>
+
+#define RAVL_INLINE inline __attribute__((always_inline))
+
+namespace ravl {
+
+template <class T, int L>
+using Vec = T __attribute__((ext_vector_type(L)));
+
+using F64x2 = Vec<double, 2>;
+using F64x4 = Vec<double, 4>;
+using F32x4 = Vec<float, 4>;
+using F32x8 = Vec<float, 8>;
+using I32x4 = Vec<int32_t, 4>;
+using I32x8 = Vec<int32_t, 8>;
+using I64x2 = Vec<int64_t, 2>;
+using I64x4 = Vec<int64_t, 4>;
+using U32x4 = Vec<uint32_t, 4>;
+using U32x8 = Vec<uint32_t, 8>;
+using U64x4 = Vec<uint64_t, 4>;
+
+// ---- type relations -----------------------------------------------------
+
+template <class T> struct Bits;  // the same-sized integer of a lane type
+template <> struct Bits<double> { using S = int64_t; using U = uint64_t; };
+template <> struct Bits<float> { using S = int32_t; using U = uint32_t; };
+template <> struct Bits<int32_t> { using S = int32_t; using U = uint32_t; };
+template <> struct Bits<uint32_t> { using S = int32_t; using U = uint32_t; };
+template <> struct Bits<int64_t> { using S = int64_t; using U = uint64_t; };
+template <> struct Bits<uint64_t> { using S = int64_t; using U = uint64_t; };
+
+template <class V> struct VecInfo;
+template <class T, int L> struct VecInfo<Vec<T, L>> {
+  using Lane = T;
+  static constexpr int lanes = L;
+};
+template <class V> using LaneOf = typename VecInfo<V>::Lane;
+template <class V> constexpr int lanes_of = VecInfo<V>::lanes;
+
+// Lane mask of a compare: all ones in a true lane, zero elsewhere, lanes as
+// wide as the compared values (what the ext-vector compare operators return).
+template <class T, int L> using Mask = Vec<typename Bits<T>::S, L>;
+template <class V> using MaskOf = Mask<LaneOf<V>, lanes_of<V>>;
+template <class V> using SIntOf = Vec<typename Bits<LaneOf<V>>::S, lanes_of<V>>;
+template <class V> using UIntOf = Vec<typename Bits<LaneOf<V>>::U, lanes_of<V>>;
+
+// ---- reinterpretation and broadcast --------------------------------------
+
+template <class To, class From>
+RAVL_INLINE To bitcast(From v) {
+  static_assert(sizeof(To) == sizeof(From), "bitcast between sizes");
+  return __builtin_bit_cast(To, v);
+}
+template <class V> RAVL_INLINE SIntOf<V> as_int(V v) { return bitcast<SIntOf<V>>(v); }
+template <class V> RAVL_INLINE UIntOf<V> as_uint(V v) { return bitcast<UIntOf<V>>(v); }
+template <class V, class I> RAVL_INLINE V as_float(I bits) { return bitcast<V>(bits); }
+
+// A scalar double or float from its IEEE bit pattern, for constants that are
+// given by their bits.
+RAVL_INLINE constexpr double f64_bits(uint64_t b) { return __builtin_bit_cast(double, b); }
+RAVL_INLINE constexpr float f32_bits(uint32_t b) { return __builtin_bit_cast(float, b); }
+RAVL_INLINE constexpr uint64_t bits_of(double x) { return __builtin_bit_cast(uint64_t, x); }
+RAVL_INLINE constexpr uint32_t bits_of(float x) { return __builtin_bit_cast(uint32_t, x); }
+
+template <class V> RAVL_INLINE V splat(LaneOf<V> x) { return V(x); }
+
+// ---- fused multiply-add (the only place contraction happens) ------------
+
+RAVL_INLINE F64x2 fma(F64x2 a, F64x2 b, F64x2 c) { return (F64x2)_mm_fmadd_pd((__m128d)a, (__m128d)b, (__m128d)c); }
+RAVL_INLINE F64x4 fma(F64x4 a, F64x4 b, F64x4 c) { return (F64x4)_mm256_fmadd_pd((__m256d)a, (__m256d)b, (__m256d)c); }
+RAVL_INLINE F32x4 fma(F32x4 a, F32x4 b, F32x4 c) { return (F32x4)_mm_fmadd_ps((__m128)a, (__m128)b, (__m128)c); }
+RAVL_INLINE F32x8 fma(F32x8 a, F32x8 b, F32x8 c) { return (F32x8)_mm256_fmadd_ps((__m256)a, (__m256)b, (__m256)c); }
+RAVL_INLINE double fma(double a, double b, double c) { return __builtin_fma(a, b, c); }
+RAVL_INLINE float fma(float a, float b, float c) { return __builtin_fmaf(a, b, c); }
+// c - a * b with one rounding.
+RAVL_INLINE F64x2 fnma(F64x2 a, F64x2 b, F64x2 c) { return (F64x2)_mm_fnmadd_pd((__m128d)a, (__m128d)b, (__m128d)c); }
+RAVL_INLINE F64x4 fnma(F64x4 a, F64x4 b, F64x4 c) { return (F64x4)_mm256_fnmadd_pd((__m256d)a, (__m256d)b, (__m256d)c); }
+RAVL_INLINE F32x4 fnma(F32x4 a, F32x4 b, F32x4 c) { return (F32x4)_mm_fnmadd_ps((__m128)a, (__m128)b, (__m128)c); }
+RAVL_INLINE F32x8 fnma(F32x8 a, F32x8 b, F32x8 c) { return (F32x8)_mm256_fnmadd_ps((__m256)a, (__m256)b, (__m256)c); }
+RAVL_INLINE double fnma(double a, double b, double c) { return __builtin_fma(-a, b, c); }
+// a * b - c with one rounding.
+RAVL_INLINE F64x2 fms(F64x2 a, F64x2 b, F64x2 c) { return (F64x2)_mm_fmsub_pd((__m128d)a, (__m128d)b, (__m128d)c); }
+RAVL_INLINE F64x4 fms(F64x4 a, F64x4 b, F64x4 c) { return (F64x4)_mm256_fmsub_pd((__m256d)a, (__m256d)b, (__m256d)c); }
+RAVL_INLINE F32x4 fms(F32x4 a, F32x4 b, F32x4 c) { return (F32x4)_mm_fmsub_ps((__m128)a, (__m128)b, (__m128)c); }
+RAVL_INLINE F32x8 fms(F32x8 a, F32x8 b, F32x8 c) { return (F32x8)_mm256_fmsub_ps((__m256)a, (__m256)b, (__m256)c); }
+
+// ---- hardware max/min: the first operand when the compare holds, else the
+// second (so a NaN in either, or equal values, give the second operand) ----
+
+RAVL_INLINE F64x2 hw_max(F64x2 a, F64x2 b) { return (F64x2)_mm_max_pd((__m128d)a, (__m128d)b); }
+RAVL_INLINE F64x4 hw_max(F64x4 a, F64x4 b) { return (F64x4)_mm256_max_pd((__m256d)a, (__m256d)b); }
+RAVL_INLINE F32x4 hw_max(F32x4 a, F32x4 b) { return (F32x4)_mm_max_ps((__m128)a, (__m128)b); }
+RAVL_INLINE F32x8 hw_max(F32x8 a, F32x8 b) { return (F32x8)_mm256_max_ps((__m256)a, (__m256)b); }
+RAVL_INLINE F64x2 hw_min(F64x2 a, F64x2 b) { return (F64x2)_mm_min_pd((__m128d)a, (__m128d)b); }
+RAVL_INLINE F64x4 hw_min(F64x4 a, F64x4 b) { return (F64x4)_mm256_min_pd((__m256d)a, (__m256d)b); }
+RAVL_INLINE F32x4 hw_min(F32x4 a, F32x4 b) { return (F32x4)_mm_min_ps((__m128)a, (__m128)b); }
+RAVL_INLINE F32x8 hw_min(F32x8 a, F32x8 b) { return (F32x8)_mm256_min_ps((__m256)a, (__m256)b); }
+
+// ---- compares ------------------------------------------------------------
+// The ext-vector operators <, <=, ==, ... are ordered (false with a NaN).
+// not_le(a, b) is the unordered "not less-or-equal": true for a > b and for
+// any NaN, the compare every special-lane test uses to catch NaN lanes.
+template <class V> RAVL_INLINE MaskOf<V> not_le(V a, V b) { return ~(a <= b); }
+template <class V> RAVL_INLINE MaskOf<V> is_nan(V a) { return a != a; }
+
+// ---- select and bit operations -------------------------------------------
+
+// m ? a : b lane by lane (m from a compare: all ones or zero per lane).
+template <class V, class M>
+RAVL_INLINE V select(M m, V a, V b) {
+  using U = UIntOf<V>;
+  U mm = bitcast<U>(m);
+  return bitcast<V>((as_uint(a) & mm) | (as_uint(b) & ~mm));
+}
+template <class V> RAVL_INLINE V abs(V x) {
+  return as_float<V>(as_uint(x) & ~(UIntOf<V>(1) << (sizeof(LaneOf<V>) * 8 - 1)));
+}
+template <class V> RAVL_INLINE UIntOf<V> sign_bit(V x) {
+  return as_uint(x) & (UIntOf<V>(1) << (sizeof(LaneOf<V>) * 8 - 1));
+}
+
+// ---- whole-register tests --------------------------------------------------
+
+// Lane mask as bits: bit i set when lane i of m has its top bit set.
+RAVL_INLINE uint32_t bits(Vec<int64_t, 2> m) { return (uint32_t)_mm_movemask_pd((__m128d)m); }
+RAVL_INLINE uint32_t bits(Vec<int64_t, 4> m) { return (uint32_t)_mm256_movemask_pd((__m256d)m); }
+RAVL_INLINE uint32_t bits(Vec<int32_t, 4> m) { return (uint32_t)_mm_movemask_ps((__m128)m); }
+RAVL_INLINE uint32_t bits(Vec<int32_t, 8> m) { return (uint32_t)_mm256_movemask_ps((__m256)m); }
+RAVL_INLINE uint32_t bits(Vec<int32_t, 2> m) { return bits(Vec<int32_t, 4>{m.x, m.y, 0, 0}); }
+template <class M> RAVL_INLINE bool any(M m) { return bits(m) != 0; }
+
+// ---- lane conversions ------------------------------------------------------
+
+// Narrow or widen the lane type, keeping the lane count.
+template <class T, class V> RAVL_INLINE Vec<T, lanes_of<V>> convert(V v) {
+  return __builtin_convertvector(v, Vec<T, lanes_of<V>>);
+}
+
+// ---- table gather ----------------------------------------------------------
+
+// Lanes t[idx[i]] of a double table (idx in 32-bit lanes).
+RAVL_INLINE F64x2 gather(const double* t, Vec<int32_t, 2> idx) {
+  __m128i i = (__m128i)Vec<int32_t, 4>{idx.x, idx.y, 0, 0};
+  return (F64x2)_mm_i32gather_pd(t, i, 8);
+}
+RAVL_INLINE F64x4 gather(const double* t, Vec<int32_t, 4> idx) {
+  return (F64x4)_mm256_i32gather_pd(t, (__m128i)idx, 8);
+}
+RAVL_INLINE F32x4 gather(const float* t, Vec<int32_t, 4> idx) {
+  return (F32x4)_mm_i32gather_ps(t, (__m128i)idx, 4);
+}
+RAVL_INLINE F32x8 gather(const float* t, Vec<int32_t, 8> idx) {
+  return (F32x8)_mm256_i32gather_ps(t, (__m256i)idx, 4);
+}
+
+// In-register table of four floats selected per lane by idx & 3 (no memory access).
+RAVL_INLINE F32x4 permute4(F32x4 table, Vec<int32_t, 4> idx) {
+  return (F32x4)_mm_permutevar_ps((__m128)table, (__m128i)idx);
+}
+RAVL_INLINE F32x8 permute4(F32x4 table, Vec<int32_t, 8> idx) {
+  __m256 t = _mm256_set_m128((__m128)table, (__m128)table);
+  return (F32x8)_mm256_permutevar_ps(t, (__m256i)idx);
+}
+
+// ---- lane index packs for slices and joins (no <utility> here) -------------
+
+template <int... I> struct Ints {};
+template <int N, int... I> struct MakeInts : MakeInts<N - 1, N - 1, I...> {};
+template <int... I> struct MakeInts<0, I...> { using type = Ints<I...>; };
+
+template <int Off, int L, class T, int N, int... I>
+RAVL_INLINE Vec<T, L> slice_impl(Vec<T, N> v, Ints<I...>) {
+  // Index -1 leaves a lane undefined: lanes past the end of v.
+  return __builtin_shufflevector(v, v, (Off + I < N ? Off + I : -1)...);
+}
+// Lanes [Off, Off + L) of v; lanes past the end of v are undefined.
+template <int Off, int L, class T, int N>
+RAVL_INLINE Vec<T, L> slice(Vec<T, N> v) {
+  if constexpr (L == N && Off == 0) {
+    return v;
+  } else {
+    static_assert(Off < N, "slice starts past the vector");
+    return slice_impl<Off, L>(v, typename MakeInts<L>::type{});
+  }
+}
+
+template <class T, int N, int... I>
+RAVL_INLINE Vec<T, 2 * N> join_impl(Vec<T, N> a, Vec<T, N> b, Ints<I...>) {
+  return __builtin_shufflevector(a, b, I...);
+}
+// a's lanes then b's.
+template <class T, int N>
+RAVL_INLINE Vec<T, 2 * N> join(Vec<T, N> a, Vec<T, N> b) {
+  return join_impl(a, b, typename MakeInts<2 * N>::type{});
+}
+template <class T, int N>
+RAVL_INLINE Vec<T, 4 * N> join(Vec<T, N> a, Vec<T, N> b, Vec<T, N> c, Vec<T, N> d) {
+  return join(join(a, b), join(c, d));
+}
+
+}  // namespace ravl
