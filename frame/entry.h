@@ -140,6 +140,10 @@ template <int i, class L> struct At;
 template <class T, class... R> struct At<0, List<T, R...>> { using type = T; };
 template <int i, class T, class... R> struct At<i, List<T, R...>> { using type = typename At<i - 1, List<R...>>::type; };
 
+// The family's scalar routine as an out-of-line function with the platform's
+// convention, one copy per routine however many classes and widths call it.
+template <auto F, class... A> __attribute__((noinline)) int callout(A... a) { return F(a...); }
+
 template <class T> constexpr bool is_float_lane = __is_same(T, double) || __is_same(T, float);
 
 template <class K, int W> struct Entry {
@@ -224,8 +228,14 @@ template <class K, int W> struct Entry {
         });
         s.mask = mask & s.mask;
         if (s.mask != 0) {
+          // Only this path touches memory: the state goes to a 16-byte aligned
+          // buffer (no stack realignment on the common path), the slow function
+          // runs the lane loop on it, and the results come back.
           using Fn = void(RAVL_CC*)(void*);
-          ((Fn)slow_fn)(&s);
+          alignas(16) unsigned char buf[spill_bytes];
+          spill(s, buf);
+          ((Fn)slow_fn)(buf);
+          unspill<true>(s, buf);
         }
       }
     }
@@ -290,7 +300,46 @@ template <class K, int W> struct Entry {
   }
 
   static RAVL_INLINE void slow(void* sp) {
-    if constexpr (K::has_callout) lane_loop(*static_cast<State*>(sp));
+    if constexpr (K::has_callout) {
+      unsigned char* buf = static_cast<unsigned char*>(sp);
+      State s;
+      unspill<false>(s, buf);
+      lane_loop(s);
+      spill(s, buf);
+    }
+  }
+
+  // The state as bytes: the chunks of every input and result, then the mask.
+  static constexpr int in_bytes = (int)(sizeof(State::in0) + (P::nin > 1 ? sizeof(State::in1) : 0) +
+                                        (P::nin > 2 ? sizeof(State::in2) : 0));
+  static constexpr int spill_bytes = in_bytes + (int)sizeof(State::out) + 16;
+  template <class X> static RAVL_INLINE void put(unsigned char*& at, const X& v) {
+    __builtin_memcpy(at, &v, sizeof v);
+    at += sizeof v;
+  }
+  template <class X> static RAVL_INLINE void get(const unsigned char*& at, X& v) {
+    __builtin_memcpy(&v, at, sizeof v);
+    at += sizeof v;
+  }
+  static RAVL_INLINE void spill(const State& s, unsigned char* buf) {
+    unsigned char* at = buf;
+    for (int c = 0; c < n; ++c) put(at, s.in0[c]);
+    if constexpr (P::nin > 1) for (int c = 0; c < n; ++c) put(at, s.in1[c]);
+    if constexpr (P::nin > 2) for (int c = 0; c < n; ++c) put(at, s.in2[c]);
+    for (int c = 0; c < n; ++c) put(at, s.out[c]);
+    put(at, s.mask);
+  }
+  // Reads the results back (only_out) or the whole state.
+  template <bool only_out> static RAVL_INLINE void unspill(State& s, const unsigned char* buf) {
+    const unsigned char* at = buf + in_bytes;
+    if constexpr (!only_out) {
+      const unsigned char* in = buf;
+      for (int c = 0; c < n; ++c) get(in, s.in0[c]);
+      if constexpr (P::nin > 1) for (int c = 0; c < n; ++c) get(in, s.in1[c]);
+      if constexpr (P::nin > 2) for (int c = 0; c < n; ++c) get(in, s.in2[c]);
+    }
+    for (int c = 0; c < n; ++c) get(at, s.out[c]);
+    if constexpr (!only_out) get(at, s.mask);
   }
   static RAVL_INLINE void lane_loop(State& s) {
     constexpr Layout lay = layout();
@@ -337,16 +386,16 @@ template <class K, int W> struct Entry {
   }
   static RAVL_INLINE void call_scalar(unsigned char* fr, const Layout& lay, int i) {
     if constexpr (P::nin == 1 && !two)
-      K::scalar(lane<InT<0>>(fr, lay.off[0], i), lane<O0>(fr, lay.off[3], i));
+      callout<&K::scalar>(lane<InT<0>>(fr, lay.off[0], i), lane<O0>(fr, lay.off[3], i));
     else if constexpr (P::nin == 1)
-      K::scalar(lane<InT<0>>(fr, lay.off[0], i), lane<O0>(fr, lay.off[3], i), lane<O1x>(fr, lay.off[4], i));
+      callout<&K::scalar>(lane<InT<0>>(fr, lay.off[0], i), lane<O0>(fr, lay.off[3], i), lane<O1x>(fr, lay.off[4], i));
     else if constexpr (P::nin == 2 && !two)
-      K::scalar(lane<InT<0>>(fr, lay.off[0], i), lane<InT<1>>(fr, lay.off[1], i), lane<O0>(fr, lay.off[3], i));
+      callout<&K::scalar>(lane<InT<0>>(fr, lay.off[0], i), lane<InT<1>>(fr, lay.off[1], i), lane<O0>(fr, lay.off[3], i));
     else if constexpr (P::nin == 2)
-      K::scalar(lane<InT<0>>(fr, lay.off[0], i), lane<InT<1>>(fr, lay.off[1], i), lane<O0>(fr, lay.off[3], i),
+      callout<&K::scalar>(lane<InT<0>>(fr, lay.off[0], i), lane<InT<1>>(fr, lay.off[1], i), lane<O0>(fr, lay.off[3], i),
                 lane<O1x>(fr, lay.off[4], i));
     else
-      K::scalar(lane<InT<0>>(fr, lay.off[0], i), lane<InT<1>>(fr, lay.off[1], i), lane<InT<2>>(fr, lay.off[2], i),
+      callout<&K::scalar>(lane<InT<0>>(fr, lay.off[0], i), lane<InT<1>>(fr, lay.off[1], i), lane<InT<2>>(fr, lay.off[2], i),
                 lane<O0>(fr, lay.off[3], i));
   }
 

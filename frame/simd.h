@@ -212,4 +212,21 @@ RAVL_INLINE Vec<T, 4 * N> join(Vec<T, N> a, Vec<T, N> b, Vec<T, N> c, Vec<T, N> 
   return join(join(a, b), join(c, d));
 }
 
+// ---- reciprocal approximation, truncating conversion, round by immediate ----
+
+// The hardware reciprocal approximation (relative error at most 1.5 * 2^-12).
+RAVL_INLINE F32x4 rcp_approx(F32x4 x) { return (F32x4)_mm_rcp_ps((__m128)x); }
+RAVL_INLINE F32x8 rcp_approx(F32x8 x) { return (F32x8)_mm256_rcp_ps((__m256)x); }
+// Conversion to 32-bit integers truncating toward zero; NaN and values out of
+// the int32 range give 0x80000000 (the integer indefinite value).
+RAVL_INLINE I32x4 cvtt_i32(F64x4 x) { return (I32x4)_mm256_cvttpd_epi32((__m256d)x); }
+RAVL_INLINE I32x4 cvtt_i32(F32x4 x) { return (I32x4)_mm_cvttps_epi32((__m128)x); }
+RAVL_INLINE I32x8 cvtt_i32(F32x8 x) { return (I32x8)_mm256_cvttps_epi32((__m256)x); }
+// Round to integral with the rounding fixed by the immediate (0 nearest even,
+// 1 down, 2 up, 3 toward zero; add 8 to suppress the inexact exception).
+template <int imm> RAVL_INLINE F64x2 round_imm(F64x2 x) { return (F64x2)_mm_round_pd((__m128d)x, imm); }
+template <int imm> RAVL_INLINE F64x4 round_imm(F64x4 x) { return (F64x4)_mm256_round_pd((__m256d)x, imm); }
+template <int imm> RAVL_INLINE F32x4 round_imm(F32x4 x) { return (F32x4)_mm_round_ps((__m128)x, imm); }
+template <int imm> RAVL_INLINE F32x8 round_imm(F32x8 x) { return (F32x8)_mm256_round_ps((__m256)x, imm); }
+
 }  // namespace ravl

@@ -55,7 +55,7 @@ typedef uint64_t ocl_ravl_ulong8 __attribute__((ext_vector_type(8)));
 typedef uint64_t ocl_ravl_ulong16 __attribute__((ext_vector_type(16)));
 typedef uint64_t ocl_ravl_ulong32 __attribute__((ext_vector_type(32)));
 
-#define OCL_RAVL_EXPORT_COUNT 12
+#define OCL_RAVL_EXPORT_COUNT 48
 
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_fabs1(double a0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_fabs2(ocl_ravl_double2 a0);
@@ -69,6 +69,48 @@ OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_fabsf3(ocl_ravl_float4 a0
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_fabsf4(ocl_ravl_float4 a0);
 OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_fabsf8(ocl_ravl_float8 a0);
 OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_fabsf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API int32_t OCL_RAVL_CC __ocl_ravl_l9_idiv1(int32_t a0, int32_t a1);
+OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_idiv2(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
+OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_idiv3(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
+OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_idiv4(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
+OCL_RAVL_API ocl_ravl_int8 OCL_RAVL_CC __ocl_ravl_l9_idiv8(ocl_ravl_int8 a0, ocl_ravl_int8 a1);
+OCL_RAVL_API ocl_ravl_int16 OCL_RAVL_CC __ocl_ravl_l9_idiv16(ocl_ravl_int8 a0_0, ocl_ravl_int8 a0_1, ocl_ravl_int8 a1_0, ocl_ravl_int8 a1_1);
+OCL_RAVL_API uint64_t OCL_RAVL_CC __ocl_ravl_l9_idivrem1(int32_t a0, int32_t a1);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_idivrem2(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_idivrem3(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_idivrem4(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
+OCL_RAVL_API ocl_ravl_int16 OCL_RAVL_CC __ocl_ravl_l9_idivrem8(ocl_ravl_int8 a0, ocl_ravl_int8 a1);
+OCL_RAVL_API ocl_ravl_int32 OCL_RAVL_CC __ocl_ravl_l9_idivrem16(ocl_ravl_int8 a0_0, ocl_ravl_int8 a0_1, ocl_ravl_int8 a1_0, ocl_ravl_int8 a1_1);
+OCL_RAVL_API int32_t OCL_RAVL_CC __ocl_ravl_l9_irem1(int32_t a0, int32_t a1);
+OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_irem2(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
+OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_irem3(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
+OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_irem4(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
+OCL_RAVL_API ocl_ravl_int8 OCL_RAVL_CC __ocl_ravl_l9_irem8(ocl_ravl_int8 a0, ocl_ravl_int8 a1);
+OCL_RAVL_API ocl_ravl_int16 OCL_RAVL_CC __ocl_ravl_l9_irem16(ocl_ravl_int8 a0_0, ocl_ravl_int8 a0_1, ocl_ravl_int8 a1_0, ocl_ravl_int8 a1_1);
+OCL_RAVL_API uint32_t OCL_RAVL_CC __ocl_ravl_l9_udiv1(uint32_t a0, uint32_t a1);
+OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_udiv2(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
+OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_udiv3(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
+OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_udiv4(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
+OCL_RAVL_API ocl_ravl_uint8 OCL_RAVL_CC __ocl_ravl_l9_udiv8(ocl_ravl_uint8 a0, ocl_ravl_uint8 a1);
+OCL_RAVL_API ocl_ravl_uint16 OCL_RAVL_CC __ocl_ravl_l9_udiv16(ocl_ravl_uint8 a0_0, ocl_ravl_uint8 a0_1, ocl_ravl_uint8 a1_0, ocl_ravl_uint8 a1_1);
+OCL_RAVL_API uint64_t OCL_RAVL_CC __ocl_ravl_l9_udivrem1(uint32_t a0, uint32_t a1);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_udivrem2(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_udivrem3(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_udivrem4(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
+OCL_RAVL_API ocl_ravl_uint16 OCL_RAVL_CC __ocl_ravl_l9_udivrem8(ocl_ravl_uint8 a0, ocl_ravl_uint8 a1);
+OCL_RAVL_API ocl_ravl_uint32 OCL_RAVL_CC __ocl_ravl_l9_udivrem16(ocl_ravl_uint8 a0_0, ocl_ravl_uint8 a0_1, ocl_ravl_uint8 a1_0, ocl_ravl_uint8 a1_1);
+OCL_RAVL_API uint32_t OCL_RAVL_CC __ocl_ravl_l9_urem1(uint32_t a0, uint32_t a1);
+OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_urem2(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
+OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_urem3(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
+OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_urem4(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
+OCL_RAVL_API ocl_ravl_uint8 OCL_RAVL_CC __ocl_ravl_l9_urem8(ocl_ravl_uint8 a0, ocl_ravl_uint8 a1);
+OCL_RAVL_API ocl_ravl_uint16 OCL_RAVL_CC __ocl_ravl_l9_urem16(ocl_ravl_uint8 a0_0, ocl_ravl_uint8 a0_1, ocl_ravl_uint8 a1_0, ocl_ravl_uint8 a1_1);
 
 #ifdef __cplusplus
 }

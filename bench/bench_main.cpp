@@ -1,0 +1,97 @@
+// Throughput benchmark: nanoseconds per element of library entry points beside
+// SLEEF's AVX2 functions, measured in the same run, over L1-resident arrays.
+//
+//   build/bench/ravl_bench [filter]
+//
+// Each row: the best of several timed passes of a loop that calls the entry
+// point on consecutive vectors of preset inputs and stores the results.
+// The ratio column is the peer's ns/element divided by ours (above 1: faster).
+#include <sleef.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "ocl_ravl_l9.h"
+
+namespace {
+
+constexpr int kElems = 4096;  // 32 KiB of doubles: stays in L1/L2
+constexpr int kPasses = 30;
+
+struct Row {
+  std::string name;
+  std::string peer;  // the row (by name) this one is compared against, or empty
+  double ns;
+};
+
+// Best of kPasses timed passes; f maps one vector of In to one of Out. The
+// loop calls the entry point directly (through the PLT, as for the peer).
+template <class In, class Out, class F> double time_fn(double lo, double hi, F f) {
+  using Lane = decltype(In{}[0]);
+  constexpr int lanes = sizeof(In) / sizeof(Lane);
+  static In in[kElems / lanes];
+  static Out out[kElems / lanes];
+  std::mt19937_64 g(42);
+  std::uniform_real_distribution<double> u(lo, hi);
+  for (auto& v : in)
+    for (int k = 0; k < lanes; ++k) v[k] = (Lane)u(g);
+  double best = 1e30;
+  for (int p = 0; p < kPasses; ++p) {
+    auto t0 = std::chrono::steady_clock::now();
+    for (int rep = 0; rep < 20; ++rep)
+      for (int i = 0; i < kElems / lanes; ++i) out[i] = f(in[i]);
+    auto t1 = std::chrono::steady_clock::now();
+    double ns = std::chrono::duration<double, std::nano>(t1 - t0).count() / (20.0 * kElems);
+    if (ns < best) best = ns;
+  }
+  return best;
+}
+
+using D4 = ocl_ravl_double4;
+using D8 = ocl_ravl_double8;
+using F8 = ocl_ravl_float8;
+using F16 = ocl_ravl_float16;
+
+#define UNARY(T, f) [](T x) { return f(x); }
+#define D8CALL(f) [](D8 x) { return f(x.lo, x.hi); }
+#define F16CALL(f) [](F16 x) { return f(x.lo, x.hi); }
+
+void run(std::vector<Row>& v, const char* filter, const char* name, const char* peer, double ns_fn()) {
+  if (!strstr(name, filter) && !strstr(peer, filter)) return;
+  v.push_back({name, peer, ns_fn()});
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const char* f = argc > 1 ? argv[1] : "";
+  std::vector<Row> v;
+  const char* sd = "sleef expd4_u10";
+  const char* sf = "sleef expf8_u10";
+  run(v, f, sd, "", [] { return time_fn<__m256d, __m256d>(-700, 700, UNARY(__m256d, Sleef_expd4_u10avx2)); });
+  run(v, f, "exp4", sd, [] { return time_fn<D4, D4>(-700, 700, UNARY(D4, __ocl_ravl_l9_exp4)); });
+  run(v, f, "exp4_native", sd, [] { return time_fn<D4, D4>(-700, 700, UNARY(D4, __ocl_ravl_l9_exp4_native)); });
+  run(v, f, "exp8", sd, [] { return time_fn<D8, D8>(-700, 700, D8CALL(__ocl_ravl_l9_exp8)); });
+  run(v, f, "exp8_native", sd, [] { return time_fn<D8, D8>(-700, 700, D8CALL(__ocl_ravl_l9_exp8_native)); });
+  run(v, f, sf, "", [] { return time_fn<__m256, __m256>(-87, 88, UNARY(__m256, Sleef_expf8_u10avx2)); });
+  run(v, f, "expf8", sf, [] { return time_fn<F8, F8>(-87, 88, UNARY(F8, __ocl_ravl_l9_expf8)); });
+  run(v, f, "expf8_native", sf, [] { return time_fn<F8, F8>(-87, 88, UNARY(F8, __ocl_ravl_l9_expf8_native)); });
+  run(v, f, "expf16", sf, [] { return time_fn<F16, F16>(-87, 88, F16CALL(__ocl_ravl_l9_expf16)); });
+  run(v, f, "expf16_native", sf, [] { return time_fn<F16, F16>(-87, 88, F16CALL(__ocl_ravl_l9_expf16_native)); });
+
+  std::printf("%-22s %10s %10s  %s\n", "function", "ns/elem", "vs peer", "peer");
+  for (const Row& r : v) {
+    double peer = 0;
+    for (const Row& p : v)
+      if (p.name == r.peer) peer = p.ns;
+    if (peer > 0)
+      std::printf("%-22s %10.3f %9.2fx  %s\n", r.name.c_str(), r.ns, peer / r.ns, r.peer.c_str());
+    else
+      std::printf("%-22s %10.3f\n", r.name.c_str(), r.ns);
+  }
+  return 0;
+}
