@@ -357,10 +357,13 @@ template <class K, int W> struct Entry {
       }
     }
     // The lane loop: every bit position in increasing order, a call for each
-    // set bit. The compiler clears the upper vector halves before each call.
+    // set bit.
     uint32_t mask = s.mask;
     for (int i = 0; i < 32; ++i) {
       if (!(mask >> i & 1)) continue;
+      // Clear the upper halves before entering scalar code (avoids the
+      // penalty of mixing 256-bit and legacy-encoded instructions).
+      _mm256_zeroupper();
       call_scalar(fr, lay, i);
     }
     // Reload the result blocks: lanes that were not called keep their value.

@@ -229,4 +229,11 @@ template <int imm> RAVL_INLINE F64x4 round_imm(F64x4 x) { return (F64x4)_mm256_r
 template <int imm> RAVL_INLINE F32x4 round_imm(F32x4 x) { return (F32x4)_mm_round_ps((__m128)x, imm); }
 template <int imm> RAVL_INLINE F32x8 round_imm(F32x8 x) { return (F32x8)_mm256_round_ps((__m256)x, imm); }
 
+// ---- table gather with 64-bit indices --------------------------------------
+
+// Lanes t[idx[i]] of a double table, idx in 64-bit lanes (an index taken from
+// a double's bit pattern needs no narrowing to 32 bits).
+RAVL_INLINE F64x2 gather(const double* t, Vec<int64_t, 2> idx) { return (F64x2)_mm_i64gather_pd(t, (__m128i)idx, 8); }
+RAVL_INLINE F64x4 gather(const double* t, Vec<int64_t, 4> idx) { return (F64x4)_mm256_i64gather_pd(t, (__m256i)idx, 8); }
+
 }  // namespace ravl

@@ -44,6 +44,23 @@ template <class V> RAVL_INLINE SIntOf<V> exponent_field(V x) {
   return as_int((as_uint(x) & UIntOf<V>(I::exp_mask)) >> I::mant_bits);
 }
 
+// Denormal lanes lifted to normals: x, with denormal lanes multiplied by
+// 2^norm_shift (exact: the product has the same significant bits and is
+// normal), and the biased exponent field x would have if the field went below
+// 1, i.e. the lifted lane's field minus norm_shift. Zero lanes come out as zero
+// with a meaningless field; callers blend them.
+template <class V> struct Lifted {
+  V x;
+  SIntOf<V> field;
+};
+template <class V> RAVL_INLINE Lifted<V> lift_denormals(V x) {
+  using I = Ieee<LaneOf<V>>;
+  using S = SIntOf<V>;
+  S tiny = exponent_field(x) == S(0);
+  V xn = select(tiny, x * V(I::two_norm), x);
+  return {xn, exponent_field(xn) - (tiny & S(I::norm_shift))};
+}
+
 // ---- scalar helpers for the callouts ----------------------------------------
 
 template <class T> RAVL_INLINE bool is_nan_scalar(T x) {
@@ -83,7 +100,7 @@ template <class T, class Op, NanFirst order> struct NanRuleKernel : frame::Kerne
   }
 
   // One routine per family and precision, shared by every width; status 0.
-  static RAVL_NOINLINE int scalar(const T* x, const T* y, T* r) {
+  static int scalar(const T* x, const T* y, T* r) {
     if constexpr (order == NanFirst::x) {
       if (is_nan_scalar(*x)) *r = times_one(*x);
       if (is_nan_scalar(*y)) *r = times_one(*y);

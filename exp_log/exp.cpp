@@ -1,0 +1,404 @@
+// e^x on double lanes (family exp) and on single lanes (family expf).
+//
+// Every member computes all lanes on a branch-free vector path, flags the
+// lanes that path cannot handle, settles overflow and underflow lanes inline
+// (+infinity above the overflow bound, +0 below the underflow bound) and hands
+// what remains (NaN, the lanes just inside those bounds, denormal results) to
+// the scalar routine of its precision, which every class shares. Special
+// inputs therefore give the same result in every class:
+//   NaN -> quiet NaN, +inf -> +inf, -inf -> +0, tiny |x| -> 1 + x.
+//
+// Classes and measured max errors (tests/exp_test.cpp against MPFR: 2^20
+// random doubles over [-750, 720] or 2^21 singles over [-105, 90], random bit
+// patterns, the denormal-result range and +-64 ulps around every bound; the
+// test asserts the bounds kept in its table):
+//   exp   plain                 full   0.519 ulp
+//   exp   _native _half _rm     fast   2.97e7 ulp (relative 3.3e-9 = 2^-28.2)
+//   expf  plain _rm             full   0.748 ulp
+//   expf  _native _half         fast   1776 ulp (relative 1.5e-4 = 2^-12.7)
+// The lanes computed by the scalar routines are within the full bounds.
+#include "frame/entry.h"
+#include "tables/exp.h"
+
+namespace ravl {
+namespace exp_detail {
+
+// ---- bounds (shared by both double algorithms and the double routine) --------
+
+// |x| above this, or NaN, leaves the double vector paths: 0x4086232affffffff =
+// 708.39599609374989, just below -ln(2^-1022) = 708.396418532264, so that every
+// lane the vector path keeps has a normal result whose exponent the integer
+// add can form.
+constexpr uint64_t kFastBoundBits = 0x4086232affffffffull;
+constexpr double kFastBound = f64_bits(kFastBoundBits);
+// x above ln(DBL_MAX) (rounded down: 0x40862e42fefa39ef = 709.78271289338397)
+// overflows to +infinity.
+constexpr double kOverflow = f64_bits(0x40862e42fefa39efull);
+// x below 0xc0874910d52d3051 = -745.13321910194111 (ln 2^-1075 rounded) gives
+// e^x < 2^-1075, which rounds to +0.
+constexpr double kUnderflow = f64_bits(0xc0874910d52d3051ull);
+// x below ln(2^-1022) = -708.39641853226408 (0xc086232bdd7abcd2) has a
+// denormal result.
+constexpr double kDenormal = f64_bits(0xc086232bdd7abcd2ull);
+
+// ---- reduction constants -----------------------------------------------------
+
+// The shifter 1.5 * 2^52 (0x4338000000000000): for |t| < 2^51, t + kShift
+// rounds t to an integer held in the low mantissa bits of the sum.
+constexpr double kShift = f64_bits(0x4338000000000000ull);
+// 1.5 * 2^48 (0x42f8000000000000): n + kShift48 holds 16 n in its low bits,
+// the byte offset of the (hi, lo) pair in the 64-entry table.
+constexpr double kShift48 = f64_bits(0x42f8000000000000ull);
+// 64 / ln 2 = 92.332482616893657 (0x40571547652b82fe).
+constexpr double kInvLn2x64 = f64_bits(0x40571547652b82feull);
+// ln 2 / 64 as hi + lo: hi = 0.010830424696223417 (0x3f862e42fefa0000) has 17
+// trailing zero bits, so n * hi is exact for |n| < 2^17 (here |n| < 2^16.1);
+// lo = 2.5728046223276691e-14 (0x3d1cf79abc9e3b3a).
+constexpr double kLn2o64Hi = f64_bits(0x3f862e42fefa0000ull);
+constexpr double kLn2o64Lo = f64_bits(0x3d1cf79abc9e3b3aull);
+
+// ---- the scalar routines -----------------------------------------------------
+
+// Values the compiler may not fold, so that the overflow and underflow
+// products below are computed at run time and raise their flags.
+RAVL_INLINE double opaque(double v) {
+  __asm__("" : "+x"(v));
+  return v;
+}
+// DBL_MAX (0x7fefffffffffffff); its square is +infinity with overflow.
+constexpr double kHuge = f64_bits(0x7fefffffffffffffull);
+// DBL_MIN + 1 ulp (0x0010000000000001); its square is +0 with underflow.
+constexpr double kTiny = f64_bits(0x0010000000000001ull);
+
+// Polynomial of the scalar routines: e^r - 1 - r ~ r^2 (1/2 + s3 r + s4 r^2 +
+// s5 r^3 + s6 r^4) on |r| <= ln2/128.
+constexpr double kS3 = f64_bits(0x3fc55555555548f8ull);  // 0.16666666666657881
+constexpr double kS4 = f64_bits(0x3fa5555555558fccull);  // 0.041666666666770519
+constexpr double kS5 = f64_bits(0x3f8111123aaf20d3ull);  // 0.0083333419951404971
+constexpr double kS6 = f64_bits(0x3f56c16a1c2a3ffdull);  // 0.0013888870459233254
+// 1.5 * 2^32 (0x41f8000000000000): (w + w c) - w c keeps the upper ~20 bits of w.
+constexpr double kSplit32 = f64_bits(0x41f8000000000000ull);
+// 2^-60 (0x3c30000000000000), the scale back from the denormal range.
+constexpr double kTwoM60 = f64_bits(0x3c30000000000000ull);
+
+RAVL_INLINE double pow2(int64_t field) { return f64_bits((uint64_t)field << 52); }
+
+// e^x for x within the caller's overflow and underflow bounds; x below
+// denormal_below takes the denormal-result path (status 4), the rest the
+// normal one (status 0).
+//
+// x = (64 m + j) ln2/64 + r, |r| <= ln2/128 (plus the reduction error);
+// e^x = 2^m * hi_j (1 + lo_j) e^r with lo_j relative to hi_j, so
+// e^x ~ 2^m (hi_j + hi_j q), q = r + r^2 P(r) + lo_j.
+RAVL_INLINE int exp_core(double x, double denormal_below, double* out) {
+  double k = fma(x, kInvLn2x64, kShift);
+  double n = k - kShift;
+  int64_t ni = (int64_t)(bits_of(k) - bits_of(kShift));  // n as an integer
+  int64_t j = ni & 63;
+  int64_t m = ni >> 6;  // floor(n / 64)
+  double r = fnma(n, kLn2o64Hi, x);
+  r = fnma(n, kLn2o64Lo, r);
+  double hi = f64_bits(exp_tables::kExpScalar64[2 * j]);
+  double lo = f64_bits(exp_tables::kExpScalar64[2 * j + 1]);
+  double r2 = r * r;
+  double p = fma(r, fma(r, fma(r, fma(r, kS6, kS5), kS4), kS3), 0.5);
+  double q = r + fma(r2, p, lo);
+  double v = q * hi;
+  if (x < denormal_below) {
+    // Result below 2^-1022: compute w = (hi + v) 2^(m+60) in the normal
+    // range, then scale by 2^-60 so that the one rounding to the denormal
+    // grid happens in the last multiply.
+    int64_t field = (m + 1083) & 2047;
+    double s = pow2(field);
+    double hs = hi * s, vs = v * s;
+    double w = hs + vs;
+    if (field > 50) {
+      // w_h (about 20 bits) times 2^-60 is exact; the tail (the rounding
+      // error of w, exact by Fast2Sum, plus w - w_h) is rounded once when
+      // scaled, and adding the on-grid w_h 2^-60 rounds no further.
+      double wc = w * kSplit32;
+      double wh = (w + wc) - wc;
+      *out = wh * kTwoM60 + (((hs - w) + vs) + (w - wh)) * kTwoM60;
+    } else {
+      *out = w * kTwoM60;
+    }
+    return kStatusUnderflow;
+  }
+  int64_t field = m + 1023;
+  if (field > 2046)  // m = 1024: 2^m is not a double; scale by 2^1023, then 2
+    *out = ((v + hi) * pow2(field - 1)) * 2.0;
+  else
+    *out = (v + hi) * pow2(field);
+  return kStatusOk;
+}
+
+// The double special-lane routine, shared by every double member (the frame
+// makes one out-of-line copy of it).
+RAVL_INLINE int exp_scalar(const double* xp, double* rp) {
+  double x = *xp;
+  uint64_t ix = bits_of(x);
+  uint64_t e = ix >> 52 & 2047;
+  if (e == 2047) {  // infinity or NaN: -inf -> +0; +inf stays, NaN is quietened
+    *rp = ix == 0xfff0000000000000ull ? 0.0 : x * x;
+    return kStatusOk;
+  }
+  if (e <= 970) {  // |x| < 2^-52: e^x rounds to 1 + x
+    *rp = 1.0 + x;
+    return kStatusOk;
+  }
+  if (x > kOverflow) {
+    *rp = opaque(kHuge) * kHuge;
+    return kStatusOverflow;
+  }
+  if (x < kUnderflow) {
+    *rp = opaque(kTiny) * kTiny;
+    return kStatusUnderflow;
+  }
+  return exp_core(x, kDenormal, rp);
+}
+
+// Single bounds, as doubles for the scalar routine.
+// |x| above 87.3365402 (0x42aeac4f), or NaN, leaves the single vector paths
+// (just above ln(2^-126) = -87.3365448: every kept lane has a normal result).
+constexpr uint32_t kFastBoundfBits = 0x42aeac4fu;
+constexpr float kFastBoundf = f32_bits(kFastBoundfBits);
+// x above 88.7228317 (0x42b17217, the largest single below ln FLT_MAX =
+// 88.7228391) overflows; x below -103.972076 (0xc2cff1b4, the smallest
+// single above ln 2^-150 = -103.9720771) rounds to +0.
+constexpr float kOverflowf = f32_bits(0x42b17217u);
+constexpr float kUnderflowf = f32_bits(0xc2cff1b4u);
+
+// The single special-lane routine, shared by every single member: e^x in
+// double precision, rounded once to single when stored.
+RAVL_INLINE int expf_scalar(const float* xp, float* rp) {
+  float x = *xp;
+  uint32_t ix = bits_of(x);
+  uint32_t e = ix >> 23 & 255;
+  if (e == 255) {  // infinity or NaN
+    *rp = ix == 0xff800000u ? 0.0f : x * x;
+    return kStatusOk;
+  }
+  if (e < 75) {  // |x| < 2^-52
+    *rp = (float)(1.0 + (double)x);
+    return kStatusOk;
+  }
+  double xd = x;
+  if (xd > (double)kOverflowf) {
+    *rp = (float)(opaque(kHuge) * kHuge);
+    return kStatusOverflow;
+  }
+  if (xd < (double)kUnderflowf) {
+    *rp = (float)(opaque(kTiny) * kTiny);
+    return kStatusUnderflow;
+  }
+  double r;
+  // Below -87.33654022216797 (-0x42aeac4f) the single result is denormal.
+  int status = exp_core(xd, -(double)kFastBoundf, &r);
+  *rp = (float)r;
+  return status;
+}
+
+// ---- what every member of a precision shares: the lane test's inline pass and
+// the scalar routine -------------------------------------------------------------
+
+struct ExpDoubleBase : frame::Kernel {
+  using sig = double(double);
+  static constexpr bool has_callout = true;
+  // Lanes above the overflow bound become +infinity, lanes below the
+  // underflow bound +0 (ordered compares: NaN lanes stay flagged).
+  template <int L, class M>
+  static RAVL_INLINE M settle(M flagged, Vec<double, L> x, Vec<double, L>& r) {
+    using V = Vec<double, L>;
+    M over = x > V(kOverflow);
+    M under = x < V(kUnderflow);
+    r = select(over, V(__builtin_inf()), r);
+    r = select(under, V(0.0), r);
+    return flagged & ~(over | under);
+  }
+  static RAVL_INLINE int scalar(const double* x, double* r) { return exp_scalar(x, r); }
+};
+
+struct ExpfBase : frame::Kernel {
+  using sig = float(float);
+  static constexpr bool has_callout = true;
+  template <int L, class M>
+  static RAVL_INLINE M settle(M flagged, Vec<float, L> x, Vec<float, L>& r) {
+    using V = Vec<float, L>;
+    M over = x > V(kOverflowf);
+    M under = x < V(kUnderflowf);
+    r = select(over, V(__builtin_inff()), r);
+    r = select(under, V(0.0f), r);
+    return flagged & ~(over | under);
+  }
+  static RAVL_INLINE int scalar(const float* x, float* r) { return expf_scalar(x, r); }
+};
+
+// ---- double, full class ---------------------------------------------------------
+//
+// e^x, plain exp. Max error 0.519 ulp (worst x = 0x1.3bfc73cd20d32p+9).
+// n = round(x 64/ln2) by the shifter; r = x - n ln2/64 in two steps;
+// e^x = 2^floor(n/64) 2^(j/64) e^r with j = n mod 64 and 2^(j/64) = hi_j + lo_j;
+// e^r - 1 ~ r + r^2 (c2 + c3 r + c4 r^2 + c5 r^3) on |r| <= ln2/128.
+constexpr double kC2 = f64_bits(0x3fdfffffffffdb3bull);  // 0.49999999999947747
+constexpr double kC3 = f64_bits(0x3fc555555555653eull);  // 0.16666666666677971
+constexpr double kC4 = f64_bits(0x3fa555573f218b93ull);  // 0.041666723686623851
+constexpr double kC5 = f64_bits(0x3f8111112d9f549bull);  // 0.0083333341644141103
+
+struct ExpFull : ExpDoubleBase {
+  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
+    using V = Vec<double, L>;
+    using U = Vec<uint64_t, L>;
+    using I = Vec<int64_t, L>;
+    V k = fma(x, V(kInvLn2x64), V(kShift));
+    V n = k - V(kShift);
+    // s holds 16 n in its low bits: j16 = 16 (n mod 64) is the pair's byte
+    // offset, and the bits above it, shifted by 42, are floor(n/64) in the
+    // exponent field (the shifter's own bits leave the register).
+    U s = as_uint(n + V(kShift48));
+    U j16 = s & U(0x3ff);
+    U e = (s & ~U(0x3ff)) << 42;
+    V r = fnma(n, V(kLn2o64Hi), x);  // exact
+    r = fnma(n, V(kLn2o64Lo), r);
+    V r2 = r * r;
+    V poly = fma(r, fma(r, fma(r, V(kC5), V(kC4)), V(kC3)), V(kC2));
+    V q = fma(r2, poly, r);
+    const double* tab = reinterpret_cast<const double*>(exp_tables::kExp64);
+    I idx = bitcast<I>(j16 >> 3);  // element index of hi_j; lo_j follows it
+    V hi = gather(tab, idx);
+    V lo = gather(tab + 1, idx);
+    V y = hi + fma(hi, q, lo);
+    return as_float<V>(as_uint(y) + e);
+  }
+  // |x| > 708.39599609374989 or NaN (unordered).
+  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
+    return not_le(abs(x), Vec<double, L>(kFastBound));
+  }
+};
+
+// ---- double, fast classes (_native, _half, _rm) -----------------------------------
+//
+// e^x with a 128-entry table and a degree-2 polynomial. Max error
+// 2.97e7 ulp (worst x = 0x1.4cb327242b3cp+6), relative 3.3e-9 = 2^-28.2: the
+// truncation r^3/6 at |r| = ln2/256, up to 2.98e7 ulp for a result whose
+// mantissa is near 2.
+// n = round(x 128/ln2); r = x - n ln2/128 (one constant);
+// e^x = 2^floor(n/128) T_j (1 + r + c r^2), j = n mod 128.
+constexpr double kInvLn2x128 = f64_bits(0x40671547652b82feull);  // 128/ln2 = 184.66496523378731
+constexpr double kLn2o128 = f64_bits(0x3f762e42fefa39efull);     // ln2/128 = 0.0054152123481245725
+constexpr double kF2 = f64_bits(0x3fdffffc2808f7e8ull);          // 0.49999908361121337
+
+struct ExpFast : ExpDoubleBase {
+  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
+    using V = Vec<double, L>;
+    using U = Vec<uint64_t, L>;
+    using I = Vec<int64_t, L>;
+    V k = fma(x, V(kInvLn2x128), V(kShift));
+    V n = k - V(kShift);
+    V r = fnma(n, V(kLn2o128), x);
+    V q = fma(fma(V(kF2), r, V(1.0)), r, V(1.0));
+    U kb = as_uint(k);
+    I j = bitcast<I>(kb & U(127));
+    U e = (kb & ~U(127)) << 45;  // floor(n/128) in the exponent field
+    V t = gather(reinterpret_cast<const double*>(exp_tables::kExp128), j);
+    return as_float<V>(as_uint(t * q) + e);
+  }
+  // The upper word of |x| above 0x4086232a, as one signed 64-bit compare of
+  // the whole pattern with 0x4086232affffffff: the same lanes as the full
+  // class's test (|x| > 708.39599609374989), NaN and infinities included.
+  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
+    return as_int(abs(x)) > Vec<int64_t, L>((int64_t)kFastBoundBits);
+  }
+};
+
+// ---- single, full class (plain, _rm) ------------------------------------------------
+//
+// e^x, plain expf. Max error 0.748 ulp (worst x = -0x1.73ae8p+0).
+// n = round(x 4/ln2) by a shifter that also carries 4 * 127, the exponent
+// bias in quarters; r = x - n ln2/4 in two steps; j = n mod 4 selects
+// T_j = RN(2^(j/4)) and its relative correction L_j by an in-register permute;
+// e^x = 2^floor(n/4) T_j (1 + L_j) e^r ~ R + R p with R = 2^floor(n/4) T_j and
+// p = r + r^2 (c2 + c3 r + c4 r^2) + L_j, |r| <= ln2/8.
+constexpr float kInvLn2x4 = f32_bits(0x40b8aa3bu);    // 4/ln2 = 5.77078009
+constexpr float kShiftBias = f32_bits(0x4b4001fcu);   // 1.5 * 2^23 + 4 * 127 = 12583420
+constexpr float kLn2o4Hi = f32_bits(0x3e317000u);     // ln2/4 high part 0.173278809 (n * hi exact)
+constexpr float kLn2o4Lo = f32_bits(0x3705fdf4u);     // ln2/4 low part 7.98654582e-06
+constexpr float kFc2 = f32_bits(0x3effffffu);         // 0.49999997
+constexpr float kFc3 = f32_bits(0x3e2abb12u);         // 0.166729242
+constexpr float kFc4 = f32_bits(0x3d2abb12u);         // 0.0416823104
+
+struct ExpfFull : ExpfBase {
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
+    using V = Vec<float, L>;
+    using U = Vec<uint32_t, L>;
+    using I = Vec<int32_t, L>;
+    using exp_tables::kExpf4L;
+    using exp_tables::kExpf4T;
+    V k = fma(x, V(kInvLn2x4), V(kShiftBias));
+    V n = k - V(kShiftBias);
+    V r = fnma(n, V(kLn2o4Hi), x);
+    r = fnma(n, V(kLn2o4Lo), r);
+    // The low two bits of k's integer field are n mod 4 (4 * 127 adds a
+    // multiple of 4); the bits above them are floor(n/4) + 127.
+    I kb = as_int(k);
+    F32x4 tt = as_float<F32x4>(U32x4{kExpf4T[0], kExpf4T[1], kExpf4T[2], kExpf4T[3]});
+    F32x4 tl = as_float<F32x4>(U32x4{kExpf4L[0], kExpf4L[1], kExpf4L[2], kExpf4L[3]});
+    V t = permute4(tt, kb);
+    V lj = permute4(tl, kb);
+    V s = as_float<V>((as_uint(k) << 21) & U(0x7f800000u));  // 2^floor(n/4)
+    V r2 = r * r;
+    V p = r + fma(r2, fma(r, fma(r, V(kFc4), V(kFc3)), V(kFc2)), lj);
+    V big = s * t;
+    return fma(p, big, big);
+  }
+  // |x| > 87.3365402 or NaN (unordered).
+  template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
+    return not_le(abs(x), Vec<float, L>(kFastBoundf));
+  }
+};
+
+// ---- single, fast classes (_native, _half) ------------------------------------------
+//
+// e^x with no table and a cubic. Max error 1776 ulp (worst x = 0x1.5bf5bcp+6),
+// relative 1.5e-4: within OpenCL's 8192 ulp for half_exp.
+// n = round(x/ln2); r = x - n ln2 (one constant), |r| <= ln2/2;
+// e^x = 2^n (1 + d1 r + d2 r^2 + d3 r^3).
+constexpr float kInvLn2f = f32_bits(0x3fb8aa3bu);  // 1/ln2 = 1.44269502
+constexpr float kShiftf = f32_bits(0x4b400000u);   // 1.5 * 2^23
+constexpr float kLn2f = f32_bits(0x3f317218u);     // ln2 = 0.693147182
+constexpr float kD1 = f32_bits(0x3f8003deu);       // 1.00011802
+constexpr float kD2 = f32_bits(0x3f00f2d6u);       // 0.503705382
+constexpr float kD3 = f32_bits(0x3e2963acu);       // 0.165419281
+
+struct ExpfFast : ExpfBase {
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
+    using V = Vec<float, L>;
+    V k = fma(x, V(kInvLn2f), V(kShiftf));
+    V n = k - V(kShiftf);
+    V r = fnma(n, V(kLn2f), x);
+    V p = fma(fma(fma(V(kD3), r, V(kD2)), r, V(kD1)), r, V(1.0f));
+    // k's low bits hold n; shifted by 23 they add n to p's exponent (the
+    // shifter's own bits leave the register).
+    return as_float<V>(as_uint(p) + (as_uint(k) << 23));
+  }
+  // The bits of |x| as a signed integer above those of 87.3365402: NaN and
+  // infinities included.
+  template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
+    return as_int(abs(x)) > Vec<int32_t, L>((int32_t)kFastBoundfBits);
+  }
+};
+
+}  // namespace exp_detail
+
+namespace exp_k {
+using full = exp_detail::ExpFull;
+using fast = exp_detail::ExpFast;
+}  // namespace exp_k
+namespace expf_k {
+using full = exp_detail::ExpfFull;
+using fast = exp_detail::ExpfFast;
+}  // namespace expf_k
+
+}  // namespace ravl
+
+#include "entries/exp.inc"
+#include "entries/expf.inc"

@@ -1,0 +1,406 @@
+// copysign, fdim, fmax, fmin, maxmag, minmag and fma, double and float, at
+// every width: table-driven edge cases, then random bit patterns (NaN payloads,
+// signalling NaN, denormals, infinities, equal magnitudes) compared bit for bit
+// with scalar references written here. fma is checked against MPFR.
+#include <gtest/gtest.h>
+#include <mpfr.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "ocl_ravl_l9.h"
+
+namespace {
+
+// ---- bits ---------------------------------------------------------------------
+
+template <class T> struct Fmt;
+template <> struct Fmt<double> {
+  using U = uint64_t;
+  static constexpr U sign = 1ull << 63, exp = 0x7ffull << 52, quiet = 1ull << 51, mant = (1ull << 52) - 1;
+  static constexpr int prec = 53, emin = -1073, emax = 1024;
+};
+template <> struct Fmt<float> {
+  using U = uint32_t;
+  static constexpr U sign = 1u << 31, exp = 0xffu << 23, quiet = 1u << 22, mant = (1u << 23) - 1;
+  static constexpr int prec = 24, emin = -148, emax = 128;
+};
+template <class T> typename Fmt<T>::U bits(T x) {
+  typename Fmt<T>::U u;
+  std::memcpy(&u, &x, sizeof x);
+  return u;
+}
+template <class T> T from_bits(typename Fmt<T>::U u) {
+  T x;
+  std::memcpy(&x, &u, sizeof x);
+  return x;
+}
+template <class T> std::string hex(T x) {
+  char b[64];
+  std::snprintf(b, sizeof b, "%a [0x%llx]", (double)x, (unsigned long long)bits(x));
+  return b;
+}
+template <class T> bool nan_bits(T x) { return (bits(x) & ~Fmt<T>::sign) > Fmt<T>::exp; }
+// x * 1.0 on the hardware (through a volatile, so it is not folded away):
+// quiets a signalling NaN.
+template <class T> T times_one(T x) {
+  volatile T one = 1;
+  return x * one;
+}
+
+// ---- independent scalar references ------------------------------------------------
+
+template <class T> T ref_copysign(T x, T y) {
+  return from_bits<T>((bits(x) & ~Fmt<T>::sign) | (bits(y) & Fmt<T>::sign));
+}
+template <class T> T ref_fdim(T x, T y) {
+  if (nan_bits(y)) return times_one(y);
+  if (nan_bits(x)) return times_one(x);
+  return x > y ? x - y : T(0);
+}
+// The selection rule with a NaN: two NaN give y's (quieted), one NaN the other operand.
+template <class T> bool nan_pick(T x, T y, T& r) {
+  if (nan_bits(x) && nan_bits(y)) return r = times_one(y), true;
+  if (nan_bits(y)) return r = x, true;
+  if (nan_bits(x)) return r = y, true;
+  return false;
+}
+template <class T> T ref_fmax(T x, T y) {
+  T r;
+  if (nan_pick(x, y, r)) return r;
+  return x > y ? x : y;  // equal (+0, -0 included): y
+}
+template <class T> T ref_fmin(T x, T y) {
+  T r;
+  if (nan_pick(x, y, r)) return r;
+  return x < y ? x : y;
+}
+template <class T> T ref_maxmag(T x, T y) {
+  T r;
+  if (nan_pick(x, y, r)) return r;
+  if (std::fabs(x) != std::fabs(y)) return std::fabs(x) > std::fabs(y) ? x : y;
+  return y > x ? y : x;
+}
+template <class T> T ref_minmag(T x, T y) {
+  T r;
+  if (nan_pick(x, y, r)) return r;
+  if (std::fabs(x) != std::fabs(y)) return std::fabs(x) < std::fabs(y) ? x : y;
+  return y < x ? y : x;
+}
+// fma correctly rounded by MPFR in the format's exponent range (denormals
+// included). NaN operands: the first NaN of x, y, z, quieted; an invalid
+// operation (inf * 0, inf - inf) gives the hardware's default NaN (sign set).
+template <class T> T ref_fma(T x, T y, T z) {
+  for (T v : {x, y, z})
+    if (nan_bits(v)) return times_one(v);
+  if ((std::isinf(x) && y == 0) || (x == 0 && std::isinf(y)) ||
+      (std::isinf(z) && (std::isinf(x) || std::isinf(y)) && std::signbit(z) != (std::signbit(x) != std::signbit(y))))
+    return from_bits<T>(Fmt<T>::sign | Fmt<T>::exp | Fmt<T>::quiet);
+  mpfr_exp_t emin = mpfr_get_emin(), emax = mpfr_get_emax();
+  mpfr_set_emin(Fmt<T>::emin);
+  mpfr_set_emax(Fmt<T>::emax);
+  mpfr_t a, b, c, r;
+  mpfr_inits2(Fmt<T>::prec, a, b, c, r, (mpfr_ptr)0);
+  mpfr_set_d(a, x, MPFR_RNDN);
+  mpfr_set_d(b, y, MPFR_RNDN);
+  mpfr_set_d(c, z, MPFR_RNDN);
+  int t = mpfr_fma(r, a, b, c, MPFR_RNDN);
+  mpfr_subnormalize(r, t, MPFR_RNDN);
+  T out = (T)mpfr_get_d(r, MPFR_RNDN);
+  mpfr_clears(a, b, c, r, (mpfr_ptr)0);
+  mpfr_set_emin(emin);
+  mpfr_set_emax(emax);
+  return out;
+}
+
+// ---- callers: one per width, arrays in and out --------------------------------------
+
+using d2 = ocl_ravl_double2;
+using d4 = ocl_ravl_double4;
+using f4 = ocl_ravl_float4;
+using f8 = ocl_ravl_float8;
+template <class V, class T> V ld(const T* p) {
+  V v;
+  std::memcpy(&v, p, sizeof v);
+  return v;
+}
+template <class V, class T> void st(T* p, const V& v, int w) { std::memcpy(p, &v, w * sizeof(T)); }
+
+template <class T> struct Call {
+  int w;
+  void (*f)(const T* x, const T* y, const T* z, T* r);
+};
+#define P(name) __ocl_ravl_l9_##name
+#define D2(F)                                                                                                       \
+  std::vector<Call<double>> {                                                                                       \
+    {1, [](const double* x, const double* y, const double*, double* r) { r[0] = P(F##1)(x[0], y[0]); }},            \
+    {2, [](const double* x, const double* y, const double*, double* r) {                                            \
+       st(r, P(F##2)(ld<d2>(x), ld<d2>(y)), 2); }},                                                                 \
+    {3, [](const double* x, const double* y, const double*, double* r) {                                            \
+       st(r, P(F##3)(ld<d4>(x), ld<d4>(y)), 3); }},                                                                 \
+    {4, [](const double* x, const double* y, const double*, double* r) {                                            \
+       st(r, P(F##4)(ld<d4>(x), ld<d4>(y)), 4); }},                                                                 \
+    {8, [](const double* x, const double* y, const double*, double* r) {                                            \
+       st(r, P(F##8)(ld<d4>(x), ld<d4>(x + 4), ld<d4>(y), ld<d4>(y + 4)), 8); }},                                   \
+    {16, [](const double* x, const double* y, const double*, double* r) { P(F##16)(r, x, y); }},                    \
+  }
+#define F2(F)                                                                                                       \
+  std::vector<Call<float>> {                                                                                        \
+    {1, [](const float* x, const float* y, const float*, float* r) { r[0] = P(F##1)(x[0], y[0]); }},                \
+    {2, [](const float* x, const float* y, const float*, float* r) {                                                \
+       st(r, P(F##2)(ld<f4>(x), ld<f4>(y)), 2); }},                                                                 \
+    {3, [](const float* x, const float* y, const float*, float* r) {                                                \
+       st(r, P(F##3)(ld<f4>(x), ld<f4>(y)), 3); }},                                                                 \
+    {4, [](const float* x, const float* y, const float*, float* r) {                                                \
+       st(r, P(F##4)(ld<f4>(x), ld<f4>(y)), 4); }},                                                                 \
+    {8, [](const float* x, const float* y, const float*, float* r) {                                                \
+       st(r, P(F##8)(ld<f8>(x), ld<f8>(y)), 8); }},                                                                 \
+    {16, [](const float* x, const float* y, const float*, float* r) {                                               \
+       st(r, P(F##16)(ld<f8>(x), ld<f8>(x + 8), ld<f8>(y), ld<f8>(y + 8)), 16); }},                                 \
+  }
+#define D3(F, S)                                                                                                    \
+  std::vector<Call<double>> {                                                                                       \
+    {1, [](const double* x, const double* y, const double* z, double* r) { r[0] = P(F##1##S)(x[0], y[0], z[0]); }}, \
+    {2, [](const double* x, const double* y, const double* z, double* r) {                                          \
+       st(r, P(F##2##S)(ld<d2>(x), ld<d2>(y), ld<d2>(z)), 2); }},                                                   \
+    {3, [](const double* x, const double* y, const double* z, double* r) {                                          \
+       st(r, P(F##3##S)(ld<d4>(x), ld<d4>(y), ld<d4>(z)), 3); }},                                                   \
+    {4, [](const double* x, const double* y, const double* z, double* r) {                                          \
+       st(r, P(F##4##S)(ld<d4>(x), ld<d4>(y), ld<d4>(z)), 4); }},                                                   \
+    {8, [](const double* x, const double* y, const double* z, double* r) { P(F##8##S)(r, x, y, z); }},              \
+    {16, [](const double* x, const double* y, const double* z, double* r) { P(F##16##S)(r, x, y, z); }},            \
+  }
+#define F3(F, S)                                                                                                    \
+  std::vector<Call<float>> {                                                                                        \
+    {1, [](const float* x, const float* y, const float* z, float* r) { r[0] = P(F##1##S)(x[0], y[0], z[0]); }},     \
+    {2, [](const float* x, const float* y, const float* z, float* r) {                                              \
+       st(r, P(F##2##S)(ld<f4>(x), ld<f4>(y), ld<f4>(z)), 2); }},                                                   \
+    {3, [](const float* x, const float* y, const float* z, float* r) {                                              \
+       st(r, P(F##3##S)(ld<f4>(x), ld<f4>(y), ld<f4>(z)), 3); }},                                                   \
+    {4, [](const float* x, const float* y, const float* z, float* r) {                                              \
+       st(r, P(F##4##S)(ld<f4>(x), ld<f4>(y), ld<f4>(z)), 4); }},                                                   \
+    {8, [](const float* x, const float* y, const float* z, float* r) {                                              \
+       st(r, P(F##8##S)(ld<f8>(x), ld<f8>(y), ld<f8>(z)), 8); }},                                                   \
+    {16, [](const float* x, const float* y, const float* z, float* r) { P(F##16##S)(r, x, y, z); }},                \
+  }
+
+template <class T> struct Family {
+  const char* name;
+  std::vector<Call<T>> calls;
+  T (*ref)(T, T, T);
+};
+#define REF2(f) [](T x, T y, T) { return f<T>(x, y); }
+template <class T> std::vector<Family<T>> families();
+template <> std::vector<Family<double>> families() {
+  using T = double;
+  return {{"copysign", D2(copysign), REF2(ref_copysign)}, {"fdim", D2(fdim), REF2(ref_fdim)},
+          {"fmax", D2(fmax), REF2(ref_fmax)},             {"fmin", D2(fmin), REF2(ref_fmin)},
+          {"maxmag", D2(maxmag), REF2(ref_maxmag)},       {"minmag", D2(minmag), REF2(ref_minmag)},
+          {"fma", D3(fma, ), ref_fma<T>},                 {"fma_rm", D3(fma, _rm), ref_fma<T>}};
+}
+template <> std::vector<Family<float>> families() {
+  using T = float;
+  return {{"copysignf", F2(copysignf), REF2(ref_copysign)}, {"fdimf", F2(fdimf), REF2(ref_fdim)},
+          {"fmaxf", F2(fmaxf), REF2(ref_fmax)},             {"fminf", F2(fminf), REF2(ref_fmin)},
+          {"maxmagf", F2(maxmagf), REF2(ref_maxmag)},       {"minmagf", F2(minmagf), REF2(ref_minmag)},
+          {"fmaf", F3(fmaf, ), ref_fma<T>},                 {"fmaf_rm", F3(fmaf, _rm), ref_fma<T>}};
+}
+
+// Runs every width of f over the inputs (in consecutive groups of w lanes) and
+// counts lanes that differ from the reference, printing the first few. A
+// width-3 call gets a signalling NaN in its undefined fourth lane, and the
+// result buffer's lanes past w must stay untouched.
+template <class T> int run(const Family<T>& f, const std::vector<T>& x, const std::vector<T>& y,
+                           const std::vector<T>& z) {
+  const T pad = from_bits<T>(Fmt<T>::exp | 1);
+  const typename Fmt<T>::U sentinel = Fmt<T>::exp | 0x5a5a;
+  int bad = 0;
+  for (const Call<T>& c : f.calls) {
+    for (size_t i = 0; i + c.w <= x.size(); i += c.w) {
+      T a[16], b[16], d[16], r[32];
+      for (int k = 0; k < 16; ++k) a[k] = b[k] = d[k] = pad;
+      for (int k = 0; k < 32; ++k) r[k] = from_bits<T>(sentinel);
+      std::memcpy(a, &x[i], c.w * sizeof(T));
+      std::memcpy(b, &y[i], c.w * sizeof(T));
+      std::memcpy(d, &z[i], c.w * sizeof(T));
+      c.f(a, b, d, r);
+      for (int k = 0; k < 32; ++k) {
+        bool ok = k < c.w ? bits(r[k]) == bits(f.ref(a[k], b[k], d[k])) : bits(r[k]) == sentinel;
+        if (!ok && ++bad <= 5)
+          ADD_FAILURE() << f.name << c.w << " lane " << k << ": x=" << hex(a[k & 15]) << " y=" << hex(b[k & 15])
+                        << " z=" << hex(d[k & 15]) << " got " << hex(r[k])
+                        << (k < c.w ? " want " + hex(f.ref(a[k], b[k], d[k])) : std::string(" (past the width)"));
+      }
+    }
+  }
+  return bad;
+}
+
+template <class T> const Family<T>& family(const char* name) {
+  static const std::vector<Family<T>> all = families<T>();
+  for (const Family<T>& f : all)
+    if (std::string(f.name) == name) return f;
+  ADD_FAILURE() << "no family " << name;
+  return all[0];
+}
+
+// ---- edge cases: the expected bits are written out ------------------------------
+
+struct Edge {
+  const char* fam;
+  double x, y, z, want;  // double form; the float form uses the same values converted
+};
+const double kInf = INFINITY;
+const double kSNan1 = from_bits<double>(0x7ff0000000000001ull);  // signalling, payload 1
+const double kQNan2 = from_bits<double>(0xfff8000000000002ull);  // quiet, payload 2, sign set
+const double kQNan1 = from_bits<double>(0x7ff8000000000001ull);  // kSNan1 quieted
+const double kDefaultNan = from_bits<double>(0xfff8000000000000ull);  // what an invalid operation gives
+
+const Edge kEdges[] = {
+    {"fmax", kSNan1, 2.0, 0, 2.0},   {"fmax", 2.0, kSNan1, 0, 2.0},   {"fmax", kSNan1, kQNan2, 0, kQNan2},
+    {"fmax", kQNan2, kSNan1, 0, kQNan1}, {"fmax", 0.0, -0.0, 0, -0.0}, {"fmax", -0.0, 0.0, 0, 0.0},
+    {"fmax", -kInf, 3.0, 0, 3.0},    {"fmax", kInf, kSNan1, 0, kInf}, {"fmin", 0.0, -0.0, 0, -0.0},
+    {"fmin", -0.0, 0.0, 0, 0.0},     {"fmin", kSNan1, -2.0, 0, -2.0}, {"fmin", kInf, -kInf, 0, -kInf},
+    {"maxmag", -3.0, 2.0, 0, -3.0},  {"maxmag", -2.0, 2.0, 0, 2.0},   {"maxmag", 2.0, -2.0, 0, 2.0},
+    {"maxmag", 0.0, -0.0, 0, 0.0},   {"maxmag", -kInf, kInf, 0, kInf}, {"maxmag", kSNan1, -5.0, 0, -5.0},
+    {"minmag", -2.0, 2.0, 0, -2.0},  {"minmag", 2.0, -2.0, 0, -2.0},  {"minmag", -0.0, 0.0, 0, -0.0},
+    {"minmag", 1.0, -kInf, 0, 1.0},  {"minmag", kQNan2, kSNan1, 0, kQNan1},
+    {"fdim", 5.0, 3.0, 0, 2.0},      {"fdim", 3.0, 5.0, 0, 0.0},      {"fdim", kInf, kInf, 0, 0.0},
+    {"fdim", -kInf, -kInf, 0, 0.0},  {"fdim", kInf, 1.0, 0, kInf},    {"fdim", 1.0, kInf, 0, 0.0},
+    {"fdim", kSNan1, 1.0, 0, kQNan1}, {"fdim", 1.0, kSNan1, 0, kQNan1}, {"fdim", kSNan1, kQNan2, 0, kQNan2},
+    {"fdim", kQNan2, kSNan1, 0, kQNan1}, {"fdim", -0.0, -0.0, 0, 0.0},
+    {"copysign", kSNan1, -1.0, 0, from_bits<double>(0xfff0000000000001ull)}, {"copysign", 3.0, -0.0, 0, -3.0},
+    {"copysign", -kInf, kQNan1, 0, kInf}, {"copysign", -0.0, 1.0, 0, 0.0},
+    {"fma", 1 + 0x1p-52, 1 - 0x1p-52, -1.0, -0x1p-104}, {"fma", 0x1p-537, 0x1p-537, 0.0, 0x1p-1074},
+    {"fma", 2.0, 3.0, -6.0, 0.0},    {"fma", -2.0, 3.0, 6.0, 0.0},    {"fma", -0.0, 1.0, -0.0, -0.0},
+    {"fma", 0x1p100, 0x1p10, -kInf, -kInf}, {"fma", kQNan2, kSNan1, 1.0, kQNan2}, {"fma", 1.0, kSNan1, kQNan2, kQNan1},
+    {"fma", kInf, 0.0, 1.0, kDefaultNan},  {"fma", kInf, 0.0, kSNan1, kQNan1}, {"fma", kInf, 1.0, -kInf, kDefaultNan},
+};
+
+template <class T> void check_edges() {
+  const bool f32 = sizeof(T) == 4;
+  for (const Edge& e : kEdges) {
+    std::string name = std::string(e.fam) + (f32 ? "f" : "");
+    const Family<T>& f = family<T>(name.c_str());
+    // The float form of a NaN constant keeps its sign, quiet bit and low payload bits.
+    auto conv = [&](double v) -> T {
+      if (!f32 || !nan_bits(v)) return (T)v;
+      uint64_t b = bits(v);
+      return from_bits<T>((uint32_t)((b >> 32) & 0x80000000u) | 0x7f800000u | (uint32_t)((b >> 29) & 0x400000u) |
+                          (uint32_t)(b & 0x3fffffu));
+    };
+    T x = conv(e.x), y = conv(e.y), z = conv(e.z), want = conv(e.want);
+    if (f32 && std::string(e.fam) == "fma" && e.want != 0 && std::fabs(e.want) < 0x1p-60) continue;  // double-only
+    EXPECT_EQ(bits(f.ref(x, y, z)), bits(want)) << "reference " << name << "(" << hex(x) << ", " << hex(y) << ")";
+    // Each case in every lane position of every width, ordinary values elsewhere.
+    for (const Call<T>& c : f.calls)
+      for (int p = 0; p < c.w; ++p) {
+        std::vector<T> xs(c.w, T(1.5)), ys(c.w, T(-0.75)), zs(c.w, T(0.25));
+        xs[p] = x, ys[p] = y, zs[p] = z;
+        Family<T> one{f.name, {c}, f.ref};
+        EXPECT_EQ(run(one, xs, ys, zs), 0);
+      }
+  }
+}
+
+TEST(Selection, EdgeCasesDouble) { check_edges<double>(); }
+TEST(Selection, EdgeCasesFloat) { check_edges<float>(); }
+
+// ---- random bit patterns ---------------------------------------------------------
+
+template <class T> T random_value(std::mt19937_64& g) {
+  using U = typename Fmt<T>::U;
+  U s = (g() & 1) ? Fmt<T>::sign : 0;
+  switch (g() % 12) {
+    case 0: return from_bits<T>(s);                                           // +-0
+    case 1: return from_bits<T>(s | Fmt<T>::exp);                             // +-inf
+    case 2: return from_bits<T>(s | Fmt<T>::exp | Fmt<T>::quiet | (g() & Fmt<T>::mant));  // quiet NaN
+    case 3: return from_bits<T>(s | Fmt<T>::exp | ((g() & (Fmt<T>::quiet - 1)) | 1));     // signalling NaN
+    case 4: return from_bits<T>(s | (g() & Fmt<T>::mant));                  // denormal
+    case 5: return from_bits<T>(s | bits(T(1 + g() % 4)));                   // small integers
+    default: return from_bits<T>((U)g());                                    // any pattern
+  }
+}
+
+template <class T> void random_two(const char* name, uint64_t seed) {
+  std::mt19937_64 g(seed);
+  const int n = 16 * 1024;
+  std::vector<T> x(n), y(n), z(n, T(0));
+  for (int i = 0; i < n; ++i) {
+    x[i] = random_value<T>(g);
+    switch (g() % 4) {  // ties in magnitude are where maxmag/minmag have their own rule
+      case 0: y[i] = (g() & 1) ? x[i] : -x[i]; break;
+      default: y[i] = random_value<T>(g);
+    }
+  }
+  EXPECT_EQ(run(family<T>(name), x, y, z), 0) << name;
+}
+
+TEST(Selection, RandomBitsDouble) {
+  for (const char* f : {"copysign", "fdim", "fmax", "fmin", "maxmag", "minmag"}) random_two<double>(f, 11);
+}
+TEST(Selection, RandomBitsFloat) {
+  for (const char* f : {"copysignf", "fdimf", "fmaxf", "fminf", "maxmagf", "minmagf"}) random_two<float>(f, 12);
+}
+
+// fma inputs: random patterns, products cancelling against z (z near -x*y),
+// and products in the denormal range.
+template <class T> void random_fma(const char* name, uint64_t seed) {
+  using U = typename Fmt<T>::U;
+  const int p = Fmt<T>::prec;
+  std::mt19937_64 g(seed);
+  const int n = 8 * 1024;
+  std::vector<T> x(n), y(n), z(n);
+  auto in_binade = [&](int e) {  // random significand, exponent e (normal)
+    T m = from_bits<T>(bits(T(1)) | ((U)g() & Fmt<T>::mant));
+    return std::ldexp((g() & 1) ? -m : m, e);
+  };
+  for (int i = 0; i < n; ++i) {
+    switch (g() % 4) {
+      case 0:
+        x[i] = random_value<T>(g), y[i] = random_value<T>(g), z[i] = random_value<T>(g);
+        break;
+      case 1: {  // cancellation: z = -(x*y) rounded, nudged by a few ulps
+        x[i] = in_binade((int)(g() % 40) - 20), y[i] = in_binade((int)(g() % 40) - 20);
+        T pr = x[i] * y[i];
+        z[i] = -from_bits<T>(bits(pr) + (U)(g() % 5) - 2);
+        break;
+      }
+      case 2: {  // product and sum around the smallest normal
+        int e = Fmt<T>::emin - 2 + p;  // exponent of the smallest normal
+        x[i] = in_binade(e / 2 - (int)(g() % 30)), y[i] = in_binade(e / 2 + 1 - (int)(g() % 8));
+        z[i] = (g() & 1) ? random_value<T>(g) : in_binade(e - 2 - (int)(g() % 30));
+        break;
+      }
+      default:  // near overflow
+        x[i] = in_binade(Fmt<T>::emax / 2 + (int)(g() % 4)), y[i] = in_binade(Fmt<T>::emax / 2 - 1);
+        z[i] = in_binade(Fmt<T>::emax - 1 - (int)(g() % 3));
+    }
+  }
+  EXPECT_EQ(run(family<T>(name), x, y, z), 0) << name;
+}
+
+TEST(Selection, FmaRandomDouble) {
+  random_fma<double>("fma", 21);
+  random_fma<double>("fma_rm", 22);
+}
+TEST(Selection, FmaRandomFloat) {
+  random_fma<float>("fmaf", 23);
+  random_fma<float>("fmaf_rm", 24);
+}
+
+// The _rm member of fma is the plain member under a second name.
+TEST(Selection, FmaRmIsPlain) {
+  // Through volatiles: the compiler may take distinct declarations for distinct addresses.
+  void* volatile rm[2] = {(void*)&__ocl_ravl_l9_fma4_rm, (void*)&__ocl_ravl_l9_fmaf16_rm};
+  void* volatile plain[2] = {(void*)&__ocl_ravl_l9_fma4, (void*)&__ocl_ravl_l9_fmaf16};
+  EXPECT_EQ(rm[0], plain[0]);
+  EXPECT_EQ(rm[1], plain[1]);
+}
+
+}  // namespace
