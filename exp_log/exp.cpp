@@ -264,8 +264,8 @@ struct ExpFull : ExpDoubleBase {
     V q = fma(r2, poly, r);
     const double* tab = reinterpret_cast<const double*>(exp_tables::kExp64);
     I idx = bitcast<I>(j16 >> 3);  // element index of hi_j; lo_j follows it
-    V hi = gather(tab, idx);
-    V lo = gather(tab + 1, idx);
+    V hi, lo;
+    gather_pairs(tab, idx, hi, lo);
     V y = hi + fma(hi, q, lo);
     return as_float<V>(as_uint(y) + e);
   }

@@ -236,4 +236,18 @@ template <int imm> RAVL_INLINE F32x8 round_imm(F32x8 x) { return (F32x8)_mm256_r
 RAVL_INLINE F64x2 gather(const double* t, Vec<int64_t, 2> idx) { return (F64x2)_mm_i64gather_pd(t, (__m128i)idx, 8); }
 RAVL_INLINE F64x4 gather(const double* t, Vec<int64_t, 4> idx) { return (F64x4)_mm256_i64gather_pd(t, (__m256i)idx, 8); }
 
+// Pairs (t[idx[i]], t[idx[i] + 1]) of a table of 16-byte (hi, lo) rows: one
+// 128-bit load per lane and a transpose, cheaper than two gathers.
+RAVL_INLINE void gather_pairs(const double* t, Vec<int64_t, 2> idx, F64x2& hi, F64x2& lo) {
+  __m128d p0 = _mm_loadu_pd(t + idx[0]), p1 = _mm_loadu_pd(t + idx[1]);
+  hi = (F64x2)_mm_unpacklo_pd(p0, p1);
+  lo = (F64x2)_mm_unpackhi_pd(p0, p1);
+}
+RAVL_INLINE void gather_pairs(const double* t, Vec<int64_t, 4> idx, F64x4& hi, F64x4& lo) {
+  __m256d a = _mm256_set_m128d(_mm_loadu_pd(t + idx[2]), _mm_loadu_pd(t + idx[0]));  // h0 l0 h2 l2
+  __m256d b = _mm256_set_m128d(_mm_loadu_pd(t + idx[3]), _mm_loadu_pd(t + idx[1]));  // h1 l1 h3 l3
+  hi = (F64x4)_mm256_unpacklo_pd(a, b);
+  lo = (F64x4)_mm256_unpackhi_pd(a, b);
+}
+
 }  // namespace ravl

@@ -396,6 +396,54 @@ TEST(Exports, WidthThreeIgnoresTheFourthLane) {
   EXPECT_EQ(bad, 0);
 }
 
+// A special value in one lane leaves every other lane's bits as they were.
+TEST(Exports, ASpecialLaneLeavesTheOthers) {
+  const uint64_t special_d[] = {0x7ff8000000000000ull, 0xfff0000000000000ull, 0x7fefffffffffffffull};
+  const uint64_t special_s[] = {0x7fc00000u, 0xff800000u, 0x7f7fffffu};
+  const uint64_t special_i[] = {0, 0x80000000u, 0xffffffffu};
+  const uint64_t special_l[] = {0, 0x8000000000000000ull, ~0ull};
+  int bad = 0;
+  for (int e = 0; e < kExportCount; ++e) {
+    const ExportRow& row = kExports[e];
+    if (row.width == 1) continue;
+    void* fn = so_symbol(row.name);
+    ASSERT_NE(fn, nullptr);
+    Shape sh = parse_shape(row);
+    CallIn in, hit;
+    CallOut base, o;
+    bool reported = false;
+    for (int t = 0; t < 4 && !reported; ++t) {
+      make_inputs(sh, t, in);
+      call_once(fn, sh, in, t, 0, base);
+      for (int j = 0; j < sh.w && !reported; ++j)
+        for (int h = 0; h < 3 && !reported; ++h) {
+          hit = in;
+          for (int i = 0; i < sh.nin; ++i) {
+            Lane lt = sh.in_t[i];
+            hit.lane[i][j] = lt == kD ? special_d[h] : lt == kS ? special_s[h] : lane_bytes(lt) == 4 ? special_i[h]
+                                                                                                   : special_l[h];
+          }
+          call_once(fn, sh, hit, t, 0, o);
+          for (int k = 0; k <= sh.nres && !reported; ++k) {
+            if (k == sh.nres && !sh.has_ptr) break;
+            int lb = lane_bytes(k < sh.nres ? sh.res_t[k] : sh.ptr_t);
+            for (int m = 0; m < sh.w; ++m) {
+              int at = sh.res_offset[k] + m * lb;
+              if (m == j || memcmp(base.bytes + at, o.bytes + at, (size_t)lb) == 0) continue;
+              reported = true;
+              if (bad++ < 20)
+                ADD_FAILURE() << row.name << " trial " << t << ": a special value in lane " << j << " changed lane "
+                              << m << " of result " << k << "\n  before: " << inputs_text(sh, in)
+                              << "\n  after:  " << inputs_text(sh, hit);
+              break;
+            }
+          }
+        }
+    }
+  }
+  EXPECT_EQ(bad, 0);
+}
+
 // (e) An alias is its body: the same address and the same bits.
 TEST(Exports, AliasesAreTheirBody) {
   const auto& out = so_outputs();
