@@ -20,7 +20,7 @@ if [ ${#missing[@]} -gt 0 ]; then
 fi
 
 BUILD=${RAVL_BUILD_DIR:-build}
-CC=clang CXX=clang++ cmake -S . -B "$BUILD" -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
+CC=clang CXX=clang++ cmake -S . -B "$BUILD" -G Ninja -DCMAKE_BUILD_TYPE=Release | grep -E "exports:"
 ninja -C "$BUILD"
 
 [ "${1:-}" = "--build" ] && exit 0
