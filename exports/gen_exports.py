@@ -179,30 +179,40 @@ def placement(f, w):
 # ---- entry point definitions -------------------------------------------------
 
 def entry_code(f, cls, w, name):
+    """An entry point and its slow function. Both have the same signature: the
+    entry computes every lane and tests the lane mask; when a lane is flagged it
+    tail-calls the slow function, which computes the call again with the inline
+    pass and the lane loop (so the common path needs no stack frame at all)."""
     E = f"ravl::frame::Entry<{f.kernel(cls)}, {w}>"
     slow = f"ravl_slow{name}"
-    lines = [f"// {name}",
-             f'extern "C" RAVL_CC RAVL_NOINLINE void {slow}(void* s) {{ {E}::slow(s); }}']
+    lines = [f"// {name}"]
     if by_address(f, w):
-        params = ["void* r"] + [f"const void* a{i}" for i in range(len(f.args) + (1 if f.ptr_result else 0))]
-        call = ", ".join(["r"] + [f"a{i}" for i in range(len(f.args) + (1 if f.ptr_result else 0))])
-        lines.append(f'extern "C" RAVL_EXPORT void* {name}({", ".join(params)}) {{')
-        lines.append(f"  return {E}::mem((void*)&{slow}, {call});")
+        n = len(f.args) + (1 if f.ptr_result else 0)
+        params = ", ".join(["void* r"] + [f"const void* a{i}" for i in range(n)])
+        call = ", ".join(["r"] + [f"a{i}" for i in range(n)])
+        lines.append(f'extern "C" inline RAVL_NOINLINE void* {slow}({params}) {{ return {E}::mem<true>({call}); }}')
+        lines.append(f'extern "C" RAVL_EXPORT void* {name}({params}) {{')
+        lines.append(f"  if ({E}::flagged_mem({call})) [[clang::musttail]] return {slow}({call});")
+        lines.append(f"  return {E}::mem<false>({call});")
         lines.append("}")
         return "\n".join(lines)
-    params, imgs = [], []
+    params, imgs, args = [], [], []
     for i, t in enumerate(f.args):
         ps = pieces(t, w)
         if len(ps) == 1:
             params.append(f"{cxx_vec(t, ps[0])} a{i}")
             imgs.append(f"a{i}")
+            args.append(f"a{i}")
         else:
-            params += [f"{cxx_vec(t, p)} a{i}_{k}" for k, p in enumerate(ps)]
-            imgs.append("ravl::join(" + ", ".join(f"a{i}_{k}" for k in range(len(ps))) + ")")
+            names = [f"a{i}_{k}" for k in range(len(ps))]
+            params += [f"{cxx_vec(t, p)} {nm}" for p, nm in zip(ps, names)]
+            imgs.append("ravl::join(" + ", ".join(names) + ")")
+            args += names
     ptr = "nullptr"
     if f.ptr_result:
         params.append(f"{LANE[f.ptr_result][0]}* p")
         ptr = "p"
+        args.append("p")
     r0 = f.results[0]
     if len(f.results) == 2 and w == 1 and not LANE[r0][3]:
         rtype = "uint64_t"
@@ -210,8 +220,11 @@ def entry_code(f, cls, w, name):
         rtype = cxx_vec(r0, ret_lanes(f, w))
     fn = name if not split_thunk(f, w) else f"ravl_body{name}"
     export = "RAVL_EXPORT " if fn == name else ""
-    lines.append(f'extern "C" {export}RAVL_CC {rtype} {fn}({", ".join(params)}) {{')
-    lines.append(f"  return {E}::reg((void*)&{slow}, {ptr}, {', '.join(imgs)});")
+    p, im, a = ", ".join(params), ", ".join(imgs), ", ".join(args)
+    lines.append(f'extern "C" inline RAVL_CC RAVL_NOINLINE {rtype} {slow}({p}) {{ return {E}::reg<true>({ptr}, {im}); }}')
+    lines.append(f'extern "C" {export}RAVL_CC {rtype} {fn}({p}) {{')
+    lines.append(f"  if ({E}::flagged({im})) [[clang::musttail]] return {slow}({a});")
+    lines.append(f"  return {E}::reg<false>({ptr}, {im});")
     lines.append("}")
     if fn != name:
         lines.append(f"RAVL_SPLIT_THUNK({name}, {fn})")

@@ -200,10 +200,9 @@ template <class K, int W> struct Entry {
   }
 
   // ---- the common path ----
-  // Computes every lane; if some lane is flagged after the inline pass, hands
-  // the state to `slow` (a non-inlined function with the entry points'
-  // convention that runs the lane loop, see `slow` below).
-  template <class... Img> static RAVL_INLINE State compute(void* slow_fn, Img... img) {
+  // Computes every lane and the lane mask. With `full` (the slow function's
+  // body) flagged lanes then go through the inline pass and the lane loop.
+  template <bool full, class... Img> static RAVL_INLINE State compute(Img... img) {
     static_assert(sizeof...(Img) == P::nin, "argument count");
     State s;
     unroll<n>([&](auto ci) {
@@ -216,30 +215,30 @@ template <class K, int W> struct Entry {
       s.out[c] = call_vec(s, c);
       if constexpr (K::has_callout) mask |= bits(call_special(s, c)) << (c * L);
     });
-    mask &= lane_bits;
-    s.mask = mask;
-    if constexpr (K::has_callout) {
-      if (__builtin_expect(mask != 0, 0)) {
+    s.mask = mask & lane_bits;
+    if constexpr (K::has_callout && full) {
+      if (s.mask != 0) {
         // Inline pass: constant answers are blended in and leave the mask.
         mask = 0;
         unroll<n>([&](auto ci) {
           constexpr int c = decltype(ci)::value;
           mask |= bits(call_settle(s, c)) << (c * L);
         });
-        s.mask = mask & s.mask;
-        if (s.mask != 0) {
-          // Only this path touches memory: the state goes to a 16-byte aligned
-          // buffer (no stack realignment on the common path), the slow function
-          // runs the lane loop on it, and the results come back.
-          using Fn = void(RAVL_CC*)(void*);
-          alignas(16) unsigned char buf[spill_bytes];
-          spill(s, buf);
-          ((Fn)slow_fn)(buf);
-          unspill<true>(s, buf);
-        }
+        s.mask &= mask;
+        if (s.mask != 0) lane_loop(s);
       }
     }
     return s;
+  }
+
+  // True when some lane needs the slow function (the common path's only test).
+  template <class... Img> static RAVL_INLINE bool flagged(Img... img) {
+    if constexpr (K::has_callout) return __builtin_expect(compute<false>(img...).mask != 0, 0);
+    else return false;
+  }
+  template <class... Ptr> static RAVL_INLINE bool flagged_mem(const void* res, const Ptr*... p) {
+    if constexpr (K::has_callout) return __builtin_expect(load_and_compute<false>(p...).mask != 0, 0);
+    else return false;
   }
 
   template <int c, class... Img> static RAVL_INLINE void load_inputs(State& s, Img... img) {
@@ -299,48 +298,6 @@ template <class K, int W> struct Entry {
     return l;
   }
 
-  static RAVL_INLINE void slow(void* sp) {
-    if constexpr (K::has_callout) {
-      unsigned char* buf = static_cast<unsigned char*>(sp);
-      State s;
-      unspill<false>(s, buf);
-      lane_loop(s);
-      spill(s, buf);
-    }
-  }
-
-  // The state as bytes: the chunks of every input and result, then the mask.
-  static constexpr int in_bytes = (int)(sizeof(State::in0) + (P::nin > 1 ? sizeof(State::in1) : 0) +
-                                        (P::nin > 2 ? sizeof(State::in2) : 0));
-  static constexpr int spill_bytes = in_bytes + (int)sizeof(State::out) + 16;
-  template <class X> static RAVL_INLINE void put(unsigned char*& at, const X& v) {
-    __builtin_memcpy(at, &v, sizeof v);
-    at += sizeof v;
-  }
-  template <class X> static RAVL_INLINE void get(const unsigned char*& at, X& v) {
-    __builtin_memcpy(&v, at, sizeof v);
-    at += sizeof v;
-  }
-  static RAVL_INLINE void spill(const State& s, unsigned char* buf) {
-    unsigned char* at = buf;
-    for (int c = 0; c < n; ++c) put(at, s.in0[c]);
-    if constexpr (P::nin > 1) for (int c = 0; c < n; ++c) put(at, s.in1[c]);
-    if constexpr (P::nin > 2) for (int c = 0; c < n; ++c) put(at, s.in2[c]);
-    for (int c = 0; c < n; ++c) put(at, s.out[c]);
-    put(at, s.mask);
-  }
-  // Reads the results back (only_out) or the whole state.
-  template <bool only_out> static RAVL_INLINE void unspill(State& s, const unsigned char* buf) {
-    const unsigned char* at = buf + in_bytes;
-    if constexpr (!only_out) {
-      const unsigned char* in = buf;
-      for (int c = 0; c < n; ++c) get(in, s.in0[c]);
-      if constexpr (P::nin > 1) for (int c = 0; c < n; ++c) get(in, s.in1[c]);
-      if constexpr (P::nin > 2) for (int c = 0; c < n; ++c) get(in, s.in2[c]);
-    }
-    for (int c = 0; c < n; ++c) get(at, s.out[c]);
-    if constexpr (!only_out) get(at, s.mask);
-  }
   static RAVL_INLINE void lane_loop(State& s) {
     constexpr Layout lay = layout();
     alignas(64) unsigned char fr[lay.total];
@@ -407,8 +364,8 @@ template <class K, int W> struct Entry {
   // Register form. Returns the register result image; with a second result
   // through a pointer, stores exactly W lanes of it there; with two register
   // results, returns both images one after the other.
-  template <class... Img> static RAVL_INLINE auto reg(void* slow_fn, void* ptr, Img... img) {
-    State s = compute(slow_fn, img...);
+  template <bool full, class... Img> static RAVL_INLINE auto reg(void* ptr, Img... img) {
+    State s = compute<full>(img...);
     if constexpr (P::ptr_out) store_lanes<O1>(ptr, out_image<1>(s));
     if constexpr (two && !P::ptr_out) return pair_image(s);
     else return out_image<0>(s);
@@ -429,21 +386,22 @@ template <class K, int W> struct Entry {
 
   // By-address form: arguments and results as register images in memory
   // (any alignment); returns the result address.
-  template <class... Ptr> static RAVL_INLINE void* mem(void* slow_fn, void* res, const Ptr*... p) {
-    State s = load_and_compute(slow_fn, res, p...);
+  template <bool full, class... Ptr> static RAVL_INLINE void* mem(void* res, const Ptr*... p) {
+    State s = load_and_compute<full>(p...);
+    if constexpr (P::ptr_out) {
+      const void* ptrs[] = {p...};
+      store_lanes<O1>(const_cast<void*>(ptrs[P::nin]), out_image<1>(s));
+    }
     store_lanes<O0>(res, out_image<0>(s));
     if constexpr (two && !P::ptr_out)
       store_lanes<O1>(static_cast<unsigned char*>(res) + sizeof(Image<O0, W>), out_image<1>(s));
     return res;
   }
-  template <class... Ptr> static RAVL_INLINE State load_and_compute(void* slow_fn, void* res, const Ptr*... p) {
+  template <bool full, class... Ptr> static RAVL_INLINE State load_and_compute(const Ptr*... p) {
     const void* ptrs[] = {p...};
-    State s;
-    if constexpr (P::nin == 1) s = compute(slow_fn, load_image<InT<0>>(ptrs[0]));
-    else if constexpr (P::nin == 2) s = compute(slow_fn, load_image<InT<0>>(ptrs[0]), load_image<InT<1>>(ptrs[1]));
-    else s = compute(slow_fn, load_image<InT<0>>(ptrs[0]), load_image<InT<1>>(ptrs[1]), load_image<InT<2>>(ptrs[2]));
-    if constexpr (P::ptr_out) store_lanes<O1>(const_cast<void*>(ptrs[P::nin]), out_image<1>(s));
-    return s;
+    if constexpr (P::nin == 1) return compute<full>(load_image<InT<0>>(ptrs[0]));
+    else if constexpr (P::nin == 2) return compute<full>(load_image<InT<0>>(ptrs[0]), load_image<InT<1>>(ptrs[1]));
+    else return compute<full>(load_image<InT<0>>(ptrs[0]), load_image<InT<1>>(ptrs[1]), load_image<InT<2>>(ptrs[2]));
   }
   template <class T> static RAVL_INLINE Image<T, W> load_image(const void* p) {
     Image<T, W> v;
