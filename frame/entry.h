@@ -48,6 +48,10 @@ namespace frame {
 // Defaults a kernel may override.
 struct Kernel {
   static constexpr bool has_callout = false;
+  // Width 3: when set, every input's ignored fourth lane is replaced by
+  // width3_fill before the computation, so that lane is never flagged.
+  static constexpr bool has_width3_fill = false;
+  static constexpr double width3_fill = 0.0;
   // The inline pass: lanes whose answer is a constant are fixed in the result
   // and dropped from the returned mask. By default nothing is settled inline.
   template <int L, class M, class... A> static RAVL_INLINE M settle(M flagged, A&&...) { return flagged; }
@@ -209,6 +213,11 @@ template <class K, int W> struct Entry {
       constexpr int c = decltype(ci)::value;
       load_inputs<c>(s, img...);
     });
+    if constexpr (W == 3 && K::has_width3_fill) {
+      s.in0[0][3] = (InT<0>)K::width3_fill;
+      if constexpr (P::nin > 1) s.in1[0][3] = (InT<1>)K::width3_fill;
+      if constexpr (P::nin > 2) s.in2[0][3] = (InT<2>)K::width3_fill;
+    }
     uint32_t mask = 0;
     unroll<n>([&](auto ci) {
       constexpr int c = decltype(ci)::value;
