@@ -28,9 +28,12 @@
 // - the lane mask gathers the chunks' flagged lanes (bit i for lane i) and
 //   keeps only the lanes of the width (width 3 keeps four bits: its fourth
 //   lane is computed like the others and never reaches lanes 0-2);
-// - on the slow path (a separate non-inlined function, so that the common path
-//   saves no registers) the flagged lanes go one by one, in lane order, to the
-//   family's scalar routine through the 64-byte aligned callout frame.
+// - the exported function computes every lane and tests the mask; when a lane
+//   is flagged it tail-calls its slow twin (same signature, not inlined), which
+//   computes the call again, runs the inline pass and sends the lanes still
+//   flagged one by one, in lane order, to the family's scalar routine through
+//   the 64-byte aligned callout frame. So the common path has no stack frame
+//   and saves no register; the twin saves what the scalar calls clobber.
 #pragma once
 
 #include "frame/simd.h"
