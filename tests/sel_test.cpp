@@ -14,37 +14,14 @@
 #include <vector>
 
 #include "ocl_ravl_l9.h"
+#include "tests/common/fp_bits.h"
 
 namespace {
 
 // ---- bits ---------------------------------------------------------------------
 
-template <class T> struct Fmt;
-template <> struct Fmt<double> {
-  using U = uint64_t;
-  static constexpr U sign = 1ull << 63, exp = 0x7ffull << 52, quiet = 1ull << 51, mant = (1ull << 52) - 1;
-  static constexpr int prec = 53, emin = -1073, emax = 1024;
-};
-template <> struct Fmt<float> {
-  using U = uint32_t;
-  static constexpr U sign = 1u << 31, exp = 0xffu << 23, quiet = 1u << 22, mant = (1u << 23) - 1;
-  static constexpr int prec = 24, emin = -148, emax = 128;
-};
-template <class T> typename Fmt<T>::U bits(T x) {
-  typename Fmt<T>::U u;
-  std::memcpy(&u, &x, sizeof x);
-  return u;
-}
-template <class T> T from_bits(typename Fmt<T>::U u) {
-  T x;
-  std::memcpy(&x, &u, sizeof x);
-  return x;
-}
-template <class T> std::string hex(T x) {
-  char b[64];
-  std::snprintf(b, sizeof b, "%a [0x%llx]", (double)x, (unsigned long long)bits(x));
-  return b;
-}
+using namespace ravl_test;
+
 template <class T> bool nan_bits(T x) { return (bits(x) & ~Fmt<T>::sign) > Fmt<T>::exp; }
 // x * 1.0 on the hardware (through a volatile, so it is not folded away):
 // quiets a signalling NaN.
