@@ -250,4 +250,22 @@ RAVL_INLINE void gather_pairs(const double* t, Vec<int64_t, 4> idx, F64x4& hi, F
   lo = (F64x4)_mm256_unpackhi_pd(a, b);
 }
 
+// ---- packed integer conversion and per-lane 64-bit shifts -------------------
+
+// Two doubles to 32-bit integers truncating toward zero (the 128-bit form of
+// cvtt_i32; NaN and values out of the int32 range give 0x80000000).
+RAVL_INLINE Vec<int32_t, 2> cvtt_i32(F64x2 x) {
+  return slice<0, 2>((I32x4)_mm_cvttpd_epi32((__m128d)x));
+}
+// Round to integral by immediate on two floats (the low half of one register).
+template <int imm> RAVL_INLINE Vec<float, 2> round_imm(Vec<float, 2> x) {
+  return slice<0, 2>((F32x4)_mm_round_ps((__m128)join(x, x), imm));
+}
+// Each lane of v shifted left by its own count; a count of 64 or more (a
+// negative count read as unsigned included) gives 0.
+RAVL_INLINE Vec<uint64_t, 2> shl_var(Vec<uint64_t, 2> v, Vec<uint64_t, 2> n) {
+  return (Vec<uint64_t, 2>)_mm_sllv_epi64((__m128i)v, (__m128i)n);
+}
+RAVL_INLINE U64x4 shl_var(U64x4 v, U64x4 n) { return (U64x4)_mm256_sllv_epi64((__m256i)v, (__m256i)n); }
+
 }  // namespace ravl

@@ -1,0 +1,34 @@
+// Unsigned 64-bit integers to double and float lanes, rounded to nearest even
+// (rte), toward negative infinity (rtn), toward positive infinity (rtp) or
+// toward zero (rtz): OpenCL convert_double_<mode> and convert_float_<mode> of
+// ulong.
+// Correctly rounded (0 ULP) in every mode; rtn, rtp and rtz do not depend on
+// the caller's MXCSR rounding mode; rte rounds in it (nearest even by default;
+// a directed caller mode rounds the magnitude).
+// To double: pieces of 52 and 12 bits; to float: pieces of 23, 23 and 18
+// bits with an error-free sum and a sticky bit, so that one final addition
+// rounds (no double rounding); then the directed step.
+// The method and its proof are in convert/int_to_fp.h.
+#include "convert/int_to_fp.h"
+
+namespace ravl {
+
+namespace cvtu64tofprte_k { using full = cvt::IntToFp<uint64_t, double, cvt::Rm::rte>; }
+namespace cvtu64tofprtef_k { using full = cvt::IntToFp<uint64_t, float, cvt::Rm::rte>; }
+namespace cvtu64tofprtn_k { using full = cvt::IntToFp<uint64_t, double, cvt::Rm::rtn>; }
+namespace cvtu64tofprtnf_k { using full = cvt::IntToFp<uint64_t, float, cvt::Rm::rtn>; }
+namespace cvtu64tofprtp_k { using full = cvt::IntToFp<uint64_t, double, cvt::Rm::rtp>; }
+namespace cvtu64tofprtpf_k { using full = cvt::IntToFp<uint64_t, float, cvt::Rm::rtp>; }
+namespace cvtu64tofprtz_k { using full = cvt::IntToFp<uint64_t, double, cvt::Rm::rtz>; }
+namespace cvtu64tofprtzf_k { using full = cvt::IntToFp<uint64_t, float, cvt::Rm::rtz>; }
+
+}  // namespace ravl
+
+#include "entries/cvtu64tofprte.inc"
+#include "entries/cvtu64tofprtef.inc"
+#include "entries/cvtu64tofprtn.inc"
+#include "entries/cvtu64tofprtnf.inc"
+#include "entries/cvtu64tofprtp.inc"
+#include "entries/cvtu64tofprtpf.inc"
+#include "entries/cvtu64tofprtz.inc"
+#include "entries/cvtu64tofprtzf.inc"
