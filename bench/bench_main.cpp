@@ -12,6 +12,8 @@
 #include <sleef.h>
 
 #include <chrono>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <random>
@@ -54,6 +56,29 @@ template <class In, class Out, class F> double time_fn(double lo, double hi, F f
   return best;
 }
 
+// The same loop over scalars: f maps one In to one Out, compiled at -O2
+// -mavx2 like any client loop (the compiler may vectorize it).
+template <class In, class Out, class F> double time_scalar(double lo, double hi, F f) {
+  static In in[kElems];
+  static volatile Out sink;
+  static Out out[kElems];
+  std::mt19937_64 g(42);
+  std::uniform_real_distribution<double> u(lo, hi);
+  for (auto& v : in) v = (In)u(g);
+  double best = 1e30;
+  for (int p = 0; p < kPasses; ++p) {
+    auto t0 = std::chrono::steady_clock::now();
+    for (int rep = 0; rep < 20; ++rep) {
+      for (int i = 0; i < kElems; ++i) out[i] = f(in[i]);
+      sink = out[rep];
+    }
+    auto t1 = std::chrono::steady_clock::now();
+    double ns = std::chrono::duration<double, std::nano>(t1 - t0).count() / (20.0 * kElems);
+    if (ns < best) best = ns;
+  }
+  return best;
+}
+
 using D4 = ocl_ravl_double4;
 using D8 = ocl_ravl_double8;
 using F8 = ocl_ravl_float8;
@@ -85,6 +110,33 @@ int main(int argc, char** argv) {
   run(v, f, "expf8_native", sf, [] { return time_fn<F8, F8>(-87, 88, UNARY(F8, __ocl_ravl_l9_expf8_native)); });
   run(v, f, "expf16", sf, [] { return time_fn<F16, F16>(-87, 88, F16CALL(__ocl_ravl_l9_expf16)); });
   run(v, f, "expf16_native", sf, [] { return time_fn<F16, F16>(-87, 88, F16CALL(__ocl_ravl_l9_expf16_native)); });
+
+  // Conversions, division and rounding beside plain C++ loops.
+  const char* ll = "C++ llrint+clamp";
+  run(v, f, ll, "", [] {
+    return time_scalar<double, int64_t>(-1e12, 1e12, [](double x) -> int64_t {
+      return x != x ? 0 : x >= 0x1p63 ? INT64_MAX : x < -0x1p63 ? INT64_MIN : std::llrint(x);
+    });
+  });
+  run(v, f, "cvtfptoi64rtesat4", ll, [] {
+    return time_fn<D4, ocl_ravl_long4>(-1e12, 1e12, UNARY(D4, __ocl_ravl_l9_cvtfptoi64rtesat4));
+  });
+  const char* sc = "C++ (float)uint64";
+  run(v, f, sc, "", [] { return time_scalar<uint64_t, float>(0, 1.8e19, [](uint64_t x) { return (float)x; }); });
+  run(v, f, "cvtu64tofprtef8", sc, [] {
+    return time_fn<ocl_ravl_ulong8, F8>(0, 1.8e19, [](ocl_ravl_ulong8 x) {
+      return __ocl_ravl_l9_cvtu64tofprtef8(x.lo, x.hi);
+    });
+  });
+  const char* dv = "C++ float x/y";
+  run(v, f, dv, "", [] { return time_scalar<float, float>(0.5, 2, [](float x) { return 1.5f / x; }); });
+  run(v, f, "divf8_native", dv, [] {
+    return time_fn<F8, F8>(0.5, 2, [](F8 x) { return __ocl_ravl_l9_divf8_native(F8(1.5f), x); });
+  });
+  run(v, f, "divf8", dv, [] { return time_fn<F8, F8>(0.5, 2, [](F8 x) { return __ocl_ravl_l9_divf8(F8(1.5f), x); }); });
+  const char* rd = "C++ std::round";
+  run(v, f, rd, "", [] { return time_scalar<double, double>(-1e6, 1e6, [](double x) { return std::round(x); }); });
+  run(v, f, "round4", rd, [] { return time_fn<D4, D4>(-1e6, 1e6, UNARY(D4, __ocl_ravl_l9_round4)); });
 
   // The floor: a call that does almost nothing (one AND), same loop.
   run(v, f, "fabsf8 (call floor)", "", [] { return time_fn<F8, F8>(-87, 88, UNARY(F8, __ocl_ravl_l9_fabsf8)); });
