@@ -206,7 +206,7 @@ def entry_code(f, cls, w, name):
         else:
             names = [f"a{i}_{k}" for k in range(len(ps))]
             params += [f"{cxx_vec(t, p)} {nm}" for p, nm in zip(ps, names)]
-            imgs.append("ravl::join(" + ", ".join(names) + ")")
+            imgs.append("ravl::frame::pieces(" + ", ".join(names) + ")")
             args += names
     ptr = "nullptr"
     if f.ptr_result:

@@ -112,6 +112,17 @@ template <int N, class F> RAVL_INLINE void unroll(F&& f) { unroll_impl(f, typena
 
 struct None {};
 
+// An argument that arrived in several 256-bit registers, kept as those
+// registers (joining them into one wide vector first makes poor code).
+template <class V, int k> struct Pieces {
+  V v[k];
+};
+template <class V, class... R> RAVL_INLINE Pieces<V, 1 + sizeof...(R)> pieces(V a, R... r) { return {{a, r...}}; }
+// An argument image in memory (by-address form), any alignment.
+struct MemImage {
+  const void* p;
+};
+
 // The parts of a signature: inputs, register results, a result through a pointer.
 template <class S> struct Parts;
 template <class R, class... A> struct Parts<R(A...)> {
@@ -181,8 +192,26 @@ template <class K, int W> struct Entry {
   };
 
   // ---- images <-> chunks ----
-  template <int c, class T> static RAVL_INLINE C<T> chunk(T x) { return C<T>(x); }  // width 1: broadcast
+  // Chunk c of an argument: from a scalar (width 1: broadcast), a whole
+  // register image, the 256-bit pieces the argument arrived in, or an image
+  // in memory (by-address form; read a chunk at a time).
+  template <int c, class T> static RAVL_INLINE C<T> chunk(T x) { return C<T>(x); }
   template <int c, class T, int N> static RAVL_INLINE C<T> chunk(Vec<T, N> img) { return slice<c * L, L>(img); }
+  template <int c, class T, int N, int k> static RAVL_INLINE C<T> chunk(const Pieces<Vec<T, N>, k>& p) {
+    static_assert((c * L) % N + L <= N, "a chunk never spans two pieces");
+    return slice<(c * L) % N, L>(p.v[(c * L) / N]);
+  }
+  template <int c, class T> static RAVL_INLINE C<T> chunk(MemImage m) {
+    if constexpr (W == 1) {
+      T x;
+      __builtin_memcpy(&x, m.p, sizeof x);
+      return C<T>(x);
+    } else {
+      C<T> v;
+      __builtin_memcpy(&v, static_cast<const unsigned char*>(m.p) + c * L * sizeof(T), sizeof v);
+      return v;
+    }
+  }
 
   template <class T> static RAVL_INLINE Image<T, W> image(const C<T>* ch) {
     if constexpr (W == 1) {
@@ -254,13 +283,13 @@ template <class K, int W> struct Entry {
   }
 
   template <int c, class... Img> static RAVL_INLINE void load_inputs(State& s, Img... img) {
-    int i = 0;
-    ((set_in<c>(s, i++, img)), ...);
+    set_in<c, 0>(s, img...);
   }
-  template <int c, class X> static RAVL_INLINE void set_in(State& s, int i, X img) {
-    if (i == 0) { if constexpr (__is_same(X, Image<InT<0>, W>)) s.in0[c] = chunk<c>(img); }
-    if constexpr (P::nin > 1) if (i == 1) { if constexpr (__is_same(X, Image<InT<1>, W>)) s.in1[c] = chunk<c>(img); }
-    if constexpr (P::nin > 2) if (i == 2) { if constexpr (__is_same(X, Image<InT<2>, W>)) s.in2[c] = chunk<c>(img); }
+  template <int c, int i, class X, class... R> static RAVL_INLINE void set_in(State& s, X x, R... r) {
+    if constexpr (i == 0) s.in0[c] = chunk<c, InT<0>>(x);
+    else if constexpr (i == 1) s.in1[c] = chunk<c, InT<1>>(x);
+    else s.in2[c] = chunk<c, InT<2>>(x);
+    if constexpr (sizeof...(R) > 0) set_in<c, i + 1>(s, r...);
   }
 
   static RAVL_INLINE Out call_vec(const State& s, int c) {
@@ -411,14 +440,9 @@ template <class K, int W> struct Entry {
   }
   template <bool full, class... Ptr> static RAVL_INLINE State load_and_compute(const Ptr*... p) {
     const void* ptrs[] = {p...};
-    if constexpr (P::nin == 1) return compute<full>(load_image<InT<0>>(ptrs[0]));
-    else if constexpr (P::nin == 2) return compute<full>(load_image<InT<0>>(ptrs[0]), load_image<InT<1>>(ptrs[1]));
-    else return compute<full>(load_image<InT<0>>(ptrs[0]), load_image<InT<1>>(ptrs[1]), load_image<InT<2>>(ptrs[2]));
-  }
-  template <class T> static RAVL_INLINE Image<T, W> load_image(const void* p) {
-    Image<T, W> v;
-    __builtin_memcpy(&v, p, sizeof v);
-    return v;
+    if constexpr (P::nin == 1) return compute<full>(MemImage{ptrs[0]});
+    else if constexpr (P::nin == 2) return compute<full>(MemImage{ptrs[0]}, MemImage{ptrs[1]});
+    else return compute<full>(MemImage{ptrs[0]}, MemImage{ptrs[1]}, MemImage{ptrs[2]});
   }
   // Exactly W lanes: nothing is written past the caller's vector.
   template <class T> static RAVL_INLINE void store_lanes(void* p, Image<T, W> v) {

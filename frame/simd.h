@@ -63,7 +63,10 @@ template <class V> using UIntOf = Vec<typename Bits<LaneOf<V>>::U, lanes_of<V>>;
 template <class To, class From>
 RAVL_INLINE To bitcast(From v) {
   static_assert(sizeof(To) == sizeof(From), "bitcast between sizes");
-  return __builtin_bit_cast(To, v);
+  if constexpr (__is_scalar(To) || __is_scalar(From) || __is_class(To) || __is_class(From))
+    return __builtin_bit_cast(To, v);
+  else
+    return (To)v;  // vector to vector of the same size: reinterprets the bits
 }
 template <class V> RAVL_INLINE SIntOf<V> as_int(V v) { return bitcast<SIntOf<V>>(v); }
 template <class V> RAVL_INLINE UIntOf<V> as_uint(V v) { return bitcast<UIntOf<V>>(v); }
