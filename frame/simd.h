@@ -271,4 +271,23 @@ RAVL_INLINE Vec<uint64_t, 2> shl_var(Vec<uint64_t, 2> v, Vec<uint64_t, 2> n) {
 }
 RAVL_INLINE U64x4 shl_var(U64x4 v, U64x4 n) { return (U64x4)_mm256_sllv_epi64((__m256i)v, (__m256i)n); }
 
+// Pairs (t[idx[i]], t[idx[i] + 1]) of a table of 8-byte (hi, lo) float rows:
+// each pair is one 64-bit gather element, then the halves are separated
+// (half the gather elements of gathering hi and lo apart).
+RAVL_INLINE void gather_pairs(const float* t, Vec<int32_t, 4> idx, F32x4& hi, F32x4& lo) {
+  __m256 g = _mm256_castsi256_ps(_mm256_i32gather_epi64((const long long*)t, (__m128i)idx, 4));
+  __m128 a = _mm256_castps256_ps128(g), b = _mm256_extractf128_ps(g, 1);  // h0 l0 h1 l1, h2 l2 h3 l3
+  hi = (F32x4)_mm_shuffle_ps(a, b, 0x88);
+  lo = (F32x4)_mm_shuffle_ps(a, b, 0xdd);
+}
+RAVL_INLINE void gather_pairs(const float* t, Vec<int32_t, 8> idx, F32x8& hi, F32x8& lo) {
+  __m256i i = (__m256i)idx;
+  __m256 a = _mm256_castsi256_ps(_mm256_i32gather_epi64((const long long*)t, _mm256_castsi256_si128(i), 4));
+  __m256 b = _mm256_castsi256_ps(_mm256_i32gather_epi64((const long long*)t, _mm256_extracti128_si256(i, 1), 4));
+  // a = h0 l0 h1 l1 | h2 l2 h3 l3, b = h4 l4 h5 l5 | h6 l6 h7 l7; the shuffles give
+  // h0 h1 h4 h5 | h2 h3 h6 h7, put in order by the 64-bit permute (0, 2, 1, 3).
+  hi = (F32x8)_mm256_castpd_ps(_mm256_permute4x64_pd(_mm256_castps_pd(_mm256_shuffle_ps(a, b, 0x88)), 0xd8));
+  lo = (F32x8)_mm256_castpd_ps(_mm256_permute4x64_pd(_mm256_castps_pd(_mm256_shuffle_ps(a, b, 0xdd)), 0xd8));
+}
+
 }  // namespace ravl

@@ -15,107 +15,50 @@
 #include <xmmintrin.h>
 
 #include <cfloat>
+#include <cstdio>
 #include <cstdint>
-#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "common/ref_int_to_fp.h"
-#include "ocl_ravl_l9.h"
+#include "tests/common/call_many.h"
+#include "tests/common/fp_bits.h"
+#include "tests/common/ref_int_to_fp.h"
 
 namespace {
 
 using ravl_test::RefRm;
 
-template <class V> V ld(const unsigned char* p) {
-  V v;
-  std::memcpy(&v, p, sizeof v);
-  return v;
-}
-template <class V> void st(void* out, V v, size_t bytes) { std::memcpy(out, &v, bytes); }
-
-// call_<family>(w, in, out): one call of width w on the lanes at `in` (read
-// up to 16 lanes), exactly w result lanes written to `out`.
-using Caller = void (*)(int w, const unsigned char* in, void* out);
-
-// Sources of 32-bit lanes: width 8 in one 256-bit register, 16 in two.
-#define CALLER32(fam, IT, IS, OT)                                                                      \
-  void call_##fam(int w, const unsigned char* p, void* out) {                                          \
-    using V4 = ocl_ravl_##IS##4;                                                                       \
-    using V8 = ocl_ravl_##IS##8;                                                                       \
-    switch (w) {                                                                                       \
-      case 1: { OT r = __ocl_ravl_l9_##fam##1(ld<IT>(p)); st(out, r, sizeof r); break; }               \
-      case 2: st(out, __ocl_ravl_l9_##fam##2(ld<V4>(p)), 2 * sizeof(OT)); break;                       \
-      case 3: st(out, __ocl_ravl_l9_##fam##3(ld<V4>(p)), 3 * sizeof(OT)); break;                       \
-      case 4: st(out, __ocl_ravl_l9_##fam##4(ld<V4>(p)), 4 * sizeof(OT)); break;                       \
-      case 8: st(out, __ocl_ravl_l9_##fam##8(ld<V8>(p)), 8 * sizeof(OT)); break;                       \
-      case 16: st(out, __ocl_ravl_l9_##fam##16(ld<V8>(p), ld<V8>(p + 32)), 16 * sizeof(OT)); break;    \
-    }                                                                                                  \
-  }
-// Sources of 64-bit lanes: width 2 in a 128-bit register, 8 in two 256-bit
-// registers, 16 in four.
-#define CALLER64(fam, IT, IS, OT)                                                                          \
-  void call_##fam(int w, const unsigned char* p, void* out) {                                              \
-    using V2 = ocl_ravl_##IS##2;                                                                           \
-    using V4 = ocl_ravl_##IS##4;                                                                           \
-    switch (w) {                                                                                           \
-      case 1: { OT r = __ocl_ravl_l9_##fam##1(ld<IT>(p)); st(out, r, sizeof r); break; }                   \
-      case 2: st(out, __ocl_ravl_l9_##fam##2(ld<V2>(p)), 2 * sizeof(OT)); break;                           \
-      case 3: st(out, __ocl_ravl_l9_##fam##3(ld<V4>(p)), 3 * sizeof(OT)); break;                           \
-      case 4: st(out, __ocl_ravl_l9_##fam##4(ld<V4>(p)), 4 * sizeof(OT)); break;                           \
-      case 8: st(out, __ocl_ravl_l9_##fam##8(ld<V4>(p), ld<V4>(p + 32)), 8 * sizeof(OT)); break;           \
-      case 16:                                                                                             \
-        st(out, __ocl_ravl_l9_##fam##16(ld<V4>(p), ld<V4>(p + 32), ld<V4>(p + 64), ld<V4>(p + 96)),        \
-           16 * sizeof(OT));                                                                               \
-        break;                                                                                             \
-    }                                                                                                      \
-  }
-
-#define CALLERS_MODE(rm)                                   \
-  CALLER32(cvti32tofp##rm, int32_t, int, double)           \
-  CALLER32(cvti32tofp##rm##f, int32_t, int, float)         \
-  CALLER32(cvtu32tofp##rm, uint32_t, uint, double)         \
-  CALLER32(cvtu32tofp##rm##f, uint32_t, uint, float)       \
-  CALLER64(cvti64tofp##rm, int64_t, long, double)          \
-  CALLER64(cvti64tofp##rm##f, int64_t, long, float)        \
-  CALLER64(cvtu64tofp##rm, uint64_t, ulong, double)        \
-  CALLER64(cvtu64tofp##rm##f, uint64_t, ulong, float)      \
-  CALLER64(cvtfp64tofp32##rm, double, double, float)
-CALLERS_MODE(rte)
-CALLERS_MODE(rtn)
-CALLERS_MODE(rtp)
-CALLERS_MODE(rtz)
-
 enum Src { kI32, kU32, kI64, kU64, kF64 };
 
 struct Family {
-  const char* name;
-  Caller call;
+  std::string name;
   Src src;
   bool to_float;
   RefRm rm;
 };
 
-#define FAMILIES_MODE(rm)                                                                    \
-  {"cvti32tofp" #rm, call_cvti32tofp##rm, kI32, false, RefRm::rm},                           \
-      {"cvti32tofp" #rm "f", call_cvti32tofp##rm##f, kI32, true, RefRm::rm},                 \
-      {"cvtu32tofp" #rm, call_cvtu32tofp##rm, kU32, false, RefRm::rm},                       \
-      {"cvtu32tofp" #rm "f", call_cvtu32tofp##rm##f, kU32, true, RefRm::rm},                 \
-      {"cvti64tofp" #rm, call_cvti64tofp##rm, kI64, false, RefRm::rm},                       \
-      {"cvti64tofp" #rm "f", call_cvti64tofp##rm##f, kI64, true, RefRm::rm},                 \
-      {"cvtu64tofp" #rm, call_cvtu64tofp##rm, kU64, false, RefRm::rm},                       \
-      {"cvtu64tofp" #rm "f", call_cvtu64tofp##rm##f, kU64, true, RefRm::rm},                 \
-  {                                                                                          \
-    "cvtfp64tofp32" #rm, call_cvtfp64tofp32##rm, kF64, true, RefRm::rm                       \
+// cvt{i32,u32,i64,u64}tofp{rte,rtn,rtp,rtz}[f] and cvtfp64tofp32{rte,rtn,rtp,rtz}.
+std::vector<Family> families() {
+  std::vector<Family> v;
+  const char* rn[] = {"rte", "rtn", "rtp", "rtz"};
+  const RefRm rv[] = {RefRm::rte, RefRm::rtn, RefRm::rtp, RefRm::rtz};
+  const char* sn[] = {"i32", "u32", "i64", "u64"};
+  for (int r = 0; r < 4; ++r) {
+    for (int s = 0; s < 4; ++s)
+      for (int f = 0; f < 2; ++f)
+        v.push_back({std::string("cvt") + sn[s] + "tofp" + rn[r] + (f ? "f" : ""), (Src)s, f == 1, rv[r]});
+    v.push_back({std::string("cvtfp64tofp32") + rn[r], kF64, true, rv[r]});
   }
-const Family kFamilies[] = {FAMILIES_MODE(rte), FAMILIES_MODE(rtn), FAMILIES_MODE(rtp), FAMILIES_MODE(rtz)};
+  return v;
+}
+const std::vector<Family> kFamilies = families();
 
-int src_bytes(Src s) { return s == kI32 || s == kU32 ? 4 : 8; }
-
-// The expected bits (zero-extended) of one lane; x is the source's bits
-// (a 32-bit source in the low half).
-uint64_t expected(const Family& f, uint64_t x) {
+// The expected bits (zero-extended) of one lane; x is the source's bits (a
+// 32-bit source in the low half); `caller`: the MXCSR rounding mode, in which
+// the rte members round, on the magnitude for signed sources (so down and up
+// swap for negative values).
+uint64_t expected(const Family& f, uint64_t x, RefRm caller = RefRm::rte) {
   using namespace ravl_test;
   bool neg = false;
   uint64_t mag = x;
@@ -123,37 +66,12 @@ uint64_t expected(const Family& f, uint64_t x) {
     case kI32: neg = (int32_t)x < 0, mag = neg ? 0 - (uint64_t)(int64_t)(int32_t)x : (uint32_t)x; break;
     case kU32: mag = (uint32_t)x; break;
     case kI64: neg = (int64_t)x < 0, mag = neg ? 0 - x : x; break;
-    case kU64: break;
-    case kF64: {
-      double d;
-      std::memcpy(&d, &x, 8);
-      float r = ref_double_to_float(d, f.rm);
-      uint32_t b;
-      std::memcpy(&b, &r, 4);
-      return b;
-    }
+    default: break;
   }
-  if (f.to_float) {
-    float r = ref_int_to_float(neg, mag, f.rm);
-    uint32_t b;
-    std::memcpy(&b, &r, 4);
-    return b;
-  }
-  double r = ref_int_to_double(neg, mag, f.rm);
-  uint64_t b;
-  std::memcpy(&b, &r, 8);
-  return b;
-}
-
-// The family's results on xs at width w (bits, zero-extended).
-std::vector<uint64_t> run(const Family& f, int w, const std::vector<uint64_t>& xs) {
-  size_t n = xs.size(), ib = src_bytes(f.src), ob = f.to_float ? 4 : 8;
-  std::vector<unsigned char> in((n + 16) * ib, 0xA5), out((n + 16) * ob);
-  for (size_t i = 0; i < n; ++i) std::memcpy(&in[i * ib], &xs[i], ib);  // little-endian: low bytes
-  for (size_t i = 0; i < n; i += w) f.call(w, &in[i * ib], &out[i * ob]);
-  std::vector<uint64_t> r(n, 0);
-  for (size_t i = 0; i < n; ++i) std::memcpy(&r[i], &out[i * ob], ob);
-  return r;
+  RefRm rm = f.rm == RefRm::rte ? caller : f.rm;
+  if (f.rm == RefRm::rte && neg && (rm == RefRm::rtn || rm == RefRm::rtp)) rm = rm == RefRm::rtn ? RefRm::rtp : RefRm::rtn;
+  if (f.src == kF64) return bits(ref_double_to_float(from_bits<double>(x), rm));
+  return f.to_float ? bits(ref_int_to_float(neg, mag, rm)) : bits(ref_int_to_double(neg, mag, rm));
 }
 
 std::string hex(uint64_t v) {
@@ -162,18 +80,25 @@ std::string hex(uint64_t v) {
   return b;
 }
 
-// Compares f at every width with the reference; returns the first faults.
-std::string check(const Family& f, const std::vector<uint64_t>& xs, std::initializer_list<int> widths) {
+// Compares f at each width with the reference, the calls made under MXCSR
+// rounding mode `mode` (0-3: nearest, down, up, toward zero); returns the
+// first faults.
+std::string check(const Family& f, const std::vector<uint64_t>& xs, std::initializer_list<int> widths, int mode = 0) {
+  const unsigned kModes[] = {_MM_ROUND_NEAREST, _MM_ROUND_DOWN, _MM_ROUND_UP, _MM_ROUND_TOWARD_ZERO};
+  const RefRm kRefModes[] = {RefRm::rte, RefRm::rtn, RefRm::rtp, RefRm::rtz};
   std::vector<uint64_t> want(xs.size());
-  for (size_t i = 0; i < xs.size(); ++i) want[i] = expected(f, xs[i]);
+  for (size_t i = 0; i < xs.size(); ++i) want[i] = expected(f, xs[i], kRefModes[mode]);
   std::string faults;
   int count = 0;
   for (int w : widths) {
-    std::vector<uint64_t> got = run(f, w, xs);
+    const unsigned saved = _mm_getcsr();
+    _mm_setcsr((saved & ~_MM_ROUND_MASK) | kModes[mode]);
+    const std::vector<uint64_t> got = ravl_test::map_bits(f.name + std::to_string(w), xs);  // no floating point here
+    _mm_setcsr(saved);
     for (size_t i = 0; i < xs.size(); ++i)
       if (got[i] != want[i] && count++ < 6)
-        faults += std::string(f.name) + " width " + std::to_string(w) + ": x=" + hex(xs[i]) + " got " +
-                  hex(got[i]) + " want " + hex(want[i]) + "\n";
+        faults += f.name + " width " + std::to_string(w) + " MXCSR mode " + std::to_string(mode) + ": x=" +
+                  hex(xs[i]) + " got " + hex(got[i]) + " want " + hex(want[i]) + "\n";
   }
   if (count) faults += std::to_string(count) + " faults\n";
   return faults;
@@ -237,16 +162,9 @@ std::vector<uint64_t> integer_random(size_t n, uint64_t seed) {
   return v;
 }
 
-uint64_t dbits(double d) {
-  uint64_t b;
-  std::memcpy(&b, &d, 8);
-  return b;
-}
-double dfrom(uint64_t b) {
-  double d;
-  std::memcpy(&d, &b, 8);
-  return d;
-}
+using ravl_test::bits;
+uint64_t dbits(double d) { return bits(d); }
+double dfrom(uint64_t b) { return ravl_test::from_bits<double>(b); }
 
 std::vector<uint64_t> double_edges() {
   std::vector<uint64_t> v;
@@ -316,9 +234,7 @@ TEST(CvtIntToFp, ReferenceAgreesWithHardwareNearest) {
     ASSERT_EQ(ravl_test::ref_i64_to_float((int64_t)x, RefRm::rte), (float)(int64_t)x) << hex(x);
   }
   for (uint64_t x : double_random(20000, 5)) {
-    double d = dfrom(x);
-    float r = ravl_test::ref_double_to_float(d, RefRm::rte), h = (float)d;
-    ASSERT_EQ(std::memcmp(&r, &h, 4), 0) << hex(x);
+    ASSERT_EQ(bits(ravl_test::ref_double_to_float(dfrom(x), RefRm::rte)), bits((float)dfrom(x))) << hex(x);
   }
 }
 
@@ -328,8 +244,8 @@ TEST(CvtIntToFp, KnownResults) {
     uint64_t x;
     uint64_t want;  // bits
   };
-  auto f32 = [](float f) { uint32_t b; std::memcpy(&b, &f, 4); return (uint64_t)b; };
-  auto f64 = [](double d) { return dbits(d); };
+  auto f32 = [](float f) { return (uint64_t)bits(f); };
+  auto f64 = [](double d) { return bits(d); };
   const Case cases[] = {
       {"cvti32tofprtef", 16777217, f32(16777216.0f)},
       {"cvti32tofprtpf", 16777217, f32(16777218.0f)},
@@ -351,12 +267,10 @@ TEST(CvtIntToFp, KnownResults) {
   for (const Case& c : cases) {
     const Family* f = nullptr;
     for (const Family& g : kFamilies)
-      if (std::string(g.name) == c.fam) f = &g;
+      if (g.name == c.fam) f = &g;
     ASSERT_NE(f, nullptr) << c.fam;
-    for (int w : {1, 2, 3, 4, 8, 16}) {
-      std::vector<uint64_t> got = run(*f, w, std::vector<uint64_t>(16, c.x));
-      for (int k = 0; k < w; ++k) EXPECT_EQ(got[k], c.want) << c.fam << " width " << w << " x=" << hex(c.x);
-    }
+    EXPECT_EQ(expected(*f, c.x), c.want) << "reference " << c.fam << " x=" << hex(c.x);
+    EXPECT_EQ(check(*f, std::vector<uint64_t>(16, c.x), {1, 2, 3, 4, 8, 16}), "");
   }
 }
 
@@ -367,48 +281,24 @@ TEST(CvtIntToFp, EdgesEveryWidth) {
   }
 }
 
+// 300000 random sources per family at width 16, 5000 at widths 1 and 4.
 TEST(CvtIntToFp, RandomPatterns) {
   for (const Family& f : kFamilies) {
-    std::vector<uint64_t> xs = randoms(f.src, 300000);
-    EXPECT_EQ(check(f, xs, {1, 4, 16}), "");
+    EXPECT_EQ(check(f, randoms(f.src, 300000), {16}), "");
+    EXPECT_EQ(check(f, randoms(f.src, 5000), {1, 4}), "");
   }
 }
 
 // Under each caller rounding mode (MXCSR): the directed members give the
 // bits of their named mode, and rte, which rounds in the caller's mode, gives
 // the bits of that mode (applied to the magnitude for signed sources): so the
-// final sum is one correct rounding in every mode.
+// final sum is one correct rounding in every mode. Edges and 20000 random
+// sources at width 8.
 TEST(CvtIntToFp, CallerRoundingMode) {
-  const unsigned kModes[] = {_MM_ROUND_NEAREST, _MM_ROUND_DOWN, _MM_ROUND_UP, _MM_ROUND_TOWARD_ZERO};
-  const RefRm kRefModes[] = {RefRm::rte, RefRm::rtn, RefRm::rtp, RefRm::rtz};
-  for (const Family& named : kFamilies) {
-    std::vector<uint64_t> xs = edges(named.src), more = randoms(named.src, 20000);
+  for (const Family& f : kFamilies) {
+    std::vector<uint64_t> xs = edges(f.src), more = randoms(f.src, 20000);
     xs.insert(xs.end(), more.begin(), more.end());
-    for (int mi = 0; mi < 4; ++mi) {
-      Family f = named;
-      if (f.rm == RefRm::rte) f.rm = kRefModes[mi];
-      std::vector<uint64_t> want(xs.size());
-      for (size_t i = 0; i < xs.size(); ++i) {
-        // rte of a signed source rounds the magnitude in the caller's mode
-        // and then puts the sign back: down and up swap for negative values.
-        Family g = f;
-        bool negative = (f.src == kI32 && (int32_t)xs[i] < 0) || (f.src == kI64 && (int64_t)xs[i] < 0);
-        if (named.rm == RefRm::rte && negative && f.rm == RefRm::rtn) g.rm = RefRm::rtp;
-        else if (named.rm == RefRm::rte && negative && f.rm == RefRm::rtp) g.rm = RefRm::rtn;
-        want[i] = expected(g, xs[i]);
-      }
-      for (int w : {1, 8}) {
-        unsigned saved = _mm_getcsr();
-        _mm_setcsr((saved & ~_MM_ROUND_MASK) | kModes[mi]);
-        std::vector<uint64_t> got = run(f, w, xs);  // no floating-point arithmetic in here
-        _mm_setcsr(saved);
-        int faults = 0;
-        for (size_t i = 0; i < xs.size(); ++i)
-          if (got[i] != want[i] && faults++ < 4)
-            ADD_FAILURE() << named.name << " width " << w << " MXCSR mode " << hex(kModes[mi]) << ": x=" << hex(xs[i])
-                          << " got " << hex(got[i]) << " want " << hex(want[i]);
-      }
-    }
+    for (int mode = 0; mode < 4; ++mode) EXPECT_EQ(check(f, xs, {8}, mode), "");
   }
 }
 

@@ -1,97 +1,29 @@
-// Integer division families: idiv, udiv, irem, urem, idivrem, udivrem at
-// widths 1, 2, 3, 4, 8 and 16, bit for bit against C++ integer division, with
-// the fixed results for y = 0 and INT_MIN / -1 taken from their table.
-// idivrem and udivrem must return exactly the separate families' pair.
+// Integer division families: idiv, udiv, irem, urem, idivrem, udivrem, bit
+// for bit against C++ integer division, with the fixed results for y = 0 and
+// INT_MIN / -1 taken from their table. idivrem and udivrem must return
+// exactly the separate families' pair.
 #include <gtest/gtest.h>
 
 #include <climits>
 #include <cstdint>
-#include <cstring>
+#include <cstdio>
 #include <random>
+#include <string>
 #include <vector>
 
-#include "ocl_ravl_l9.h"
-
-// tests/call_pair.S: calls a two-xmm-result entry point, stores xmm0 then xmm1.
-extern "C" void ravl_test_call_xmm_pair(const void* fn, const void* x, const void* y, void* out);
+#include "tests/common/call_many.h"
 
 namespace {
 
-constexpr int kWidths[] = {1, 2, 3, 4, 8, 16};
-
-template <class V> V load(const uint32_t* p) {
-  V v;
-  std::memcpy(&v, p, sizeof v);
-  return v;
-}
-template <class V> void store(uint32_t* p, V v, int lanes) { std::memcpy(p, &v, 4 * lanes); }
-
-// Lanes are passed as uint32_t bit patterns. Inputs are read up to 16 lanes
-// past the start (the padding lanes of widths 2 and 3 take whatever is there);
-// exactly w result lanes are written.
-using OneFn = void (*)(int w, const uint32_t* x, const uint32_t* y, uint32_t* out);
-using PairFn = void (*)(int w, const uint32_t* x, const uint32_t* y, uint32_t* q, uint32_t* r);
-
-#define RAVL_ONE_CALLER(fam, T, S)                                                                      \
-  void call_##fam(int w, const uint32_t* x, const uint32_t* y, uint32_t* out) {                        \
-    using V4 = ocl_ravl_##S##4;                                                                         \
-    using V8 = ocl_ravl_##S##8;                                                                         \
-    switch (w) {                                                                                        \
-      case 1: out[0] = (uint32_t)__ocl_ravl_l9_##fam##1((T)x[0], (T)y[0]); break;                       \
-      case 2: store(out, __ocl_ravl_l9_##fam##2(load<V4>(x), load<V4>(y)), 2); break;                   \
-      case 3: store(out, __ocl_ravl_l9_##fam##3(load<V4>(x), load<V4>(y)), 3); break;                   \
-      case 4: store(out, __ocl_ravl_l9_##fam##4(load<V4>(x), load<V4>(y)), 4); break;                   \
-      case 8: store(out, __ocl_ravl_l9_##fam##8(load<V8>(x), load<V8>(y)), 8); break;                   \
-      case 16:                                                                                          \
-        store(out, __ocl_ravl_l9_##fam##16(load<V8>(x), load<V8>(x + 8), load<V8>(y), load<V8>(y + 8)), \
-              16);                                                                                      \
-        break;                                                                                          \
-    }                                                                                                   \
-  }
-
-// Width 1 packs the pair in rax (quotient low); widths 2-4 return xmm0, xmm1;
-// width 8 returns the two 256-bit halves of a 16-lane value, width 16 four.
-#define RAVL_PAIR_CALLER(fam, T, S)                                                                  \
-  void call_##fam(int w, const uint32_t* x, const uint32_t* y, uint32_t* q, uint32_t* r) {          \
-    using V4 = ocl_ravl_##S##4;                                                                      \
-    using V8 = ocl_ravl_##S##8;                                                                      \
-    uint32_t buf[32];                                                                                \
-    int n = w == 3 ? 4 : w;                                                                          \
-    switch (w) {                                                                                     \
-      case 1: {                                                                                      \
-        uint64_t v = __ocl_ravl_l9_##fam##1((T)x[0], (T)y[0]);                                      \
-        buf[0] = (uint32_t)v;                                                                        \
-        buf[1] = (uint32_t)(v >> 32);                                                                \
-        break;                                                                                       \
-      }                                                                                              \
-      case 2: ravl_test_call_xmm_pair((const void*)&__ocl_ravl_l9_##fam##2, x, y, buf); n = 4; break; \
-      case 3: ravl_test_call_xmm_pair((const void*)&__ocl_ravl_l9_##fam##3, x, y, buf); break;       \
-      case 4: ravl_test_call_xmm_pair((const void*)&__ocl_ravl_l9_##fam##4, x, y, buf); break;       \
-      case 8: store(buf, __ocl_ravl_l9_##fam##8(load<V8>(x), load<V8>(y)), 16); break;               \
-      case 16:                                                                                       \
-        store(buf, __ocl_ravl_l9_##fam##16(load<V8>(x), load<V8>(x + 8), load<V8>(y), load<V8>(y + 8)), \
-              32);                                                                                   \
-        break;                                                                                       \
-    }                                                                                                \
-    std::memcpy(q, buf, 4 * w);                                                                      \
-    std::memcpy(r, buf + n, 4 * w);                                                                  \
-  }
-
-RAVL_ONE_CALLER(idiv, int32_t, int)
-RAVL_ONE_CALLER(irem, int32_t, int)
-RAVL_ONE_CALLER(udiv, uint32_t, uint)
-RAVL_ONE_CALLER(urem, uint32_t, uint)
-RAVL_PAIR_CALLER(idivrem, int32_t, int)
-RAVL_PAIR_CALLER(udivrem, uint32_t, uint)
+using namespace ravl_test;
 
 struct Ops {
   const char* name;
   bool is_signed;
-  OneFn div, rem;
-  PairFn divrem;
+  const char *div, *rem, *divrem;
 };
-const Ops kSigned{"idiv/irem/idivrem", true, call_idiv, call_irem, call_idivrem};
-const Ops kUnsigned{"udiv/urem/udivrem", false, call_udiv, call_urem, call_udivrem};
+const Ops kSigned{"idiv/irem/idivrem", true, "idiv", "irem", "idivrem"};
+const Ops kUnsigned{"udiv/urem/udivrem", false, "udiv", "urem", "udivrem"};
 
 // C++ division, and the fixed results where it is undefined:
 // signed y = 0 -> (INT_MIN, x), INT_MIN / -1 -> (INT_MIN, 0); unsigned y = 0 -> (0, x).
@@ -112,12 +44,10 @@ void reference(bool is_signed, uint32_t x, uint32_t y, uint32_t* q, uint32_t* r)
   }
 }
 
-// Runs every pair through the three families at every width; returns a
+// Runs every pair through the three families at each width; returns a
 // description of the first few faults (empty when all lanes match).
-std::string check_pairs(const Ops& ops, std::vector<uint32_t> xs, std::vector<uint32_t> ys) {
-  size_t n = xs.size();
-  xs.resize(n + 16, 0x5a5a5a5a);  // input padding read by the last call
-  ys.resize(n + 16, 0x00000007);
+std::string check_pairs(const Ops& ops, const std::vector<uint32_t>& xs, const std::vector<uint32_t>& ys,
+                        std::initializer_list<int> widths = {1, 2, 3, 4, 8, 16}) {
   std::string faults;
   int nfaults = 0;
   auto fault = [&](const char* what, int w, uint32_t x, uint32_t y, uint32_t got, uint32_t want) {
@@ -128,22 +58,18 @@ std::string check_pairs(const Ops& ops, std::vector<uint32_t> xs, std::vector<ui
       faults += line;
     }
   };
-  uint32_t q[16], r[16], pq[16], pr[16];
-  for (int w : kWidths) {
-    for (size_t i = 0; i < n; i += w) {
-      const uint32_t* x = &xs[i];
-      const uint32_t* y = &ys[i];
-      ops.div(w, x, y, q);
-      ops.rem(w, x, y, r);
-      ops.divrem(w, x, y, pq, pr);
-      for (int k = 0; k < w && i + k < n; ++k) {
-        uint32_t wq, wr;
-        reference(ops.is_signed, x[k], y[k], &wq, &wr);
-        if (q[k] != wq) fault("quotient", w, x[k], y[k], q[k], wq);
-        if (r[k] != wr) fault("remainder", w, x[k], y[k], r[k], wr);
-        if (pq[k] != q[k]) fault("pair quotient", w, x[k], y[k], pq[k], q[k]);
-        if (pr[k] != r[k]) fault("pair remainder", w, x[k], y[k], pr[k], r[k]);
-      }
+  for (int w : widths) {
+    const std::string ws = std::to_string(w);
+    const std::vector<uint32_t> q = map<uint32_t>(ops.div + ws, xs, ys), r = map<uint32_t>(ops.rem + ws, xs, ys);
+    std::vector<uint32_t> pq, pr;
+    map2(ops.divrem + ws, pq, pr, xs, ys);
+    for (size_t k = 0; k < xs.size(); ++k) {
+      uint32_t wq, wr;
+      reference(ops.is_signed, xs[k], ys[k], &wq, &wr);
+      if (q[k] != wq) fault("quotient", w, xs[k], ys[k], q[k], wq);
+      if (r[k] != wr) fault("remainder", w, xs[k], ys[k], r[k], wr);
+      if (pq[k] != q[k]) fault("pair quotient", w, xs[k], ys[k], pq[k], q[k]);
+      if (pr[k] != r[k]) fault("pair remainder", w, xs[k], ys[k], pr[k], r[k]);
     }
   }
   if (nfaults) faults += std::to_string(nfaults) + " faults in total\n";
@@ -180,38 +106,26 @@ const Case kUnsignedCases[] = {
     {0xffffffffu, 3, 0x55555555u, 0}, {0xfffffffdu, 3, 0x55555554u, 1},
 };
 
-void check_cases(const Ops& ops, const Case* cases, int count) {
-  for (int w : kWidths) {
-    // Every case in every lane position of the width.
-    for (int shift = 0; shift < w; ++shift) {
-      for (int base = 0; base < count; base += w) {
-        uint32_t x[32], y[32], q[16], r[16], pq[16], pr[16];
-        int idx[16];
-        for (int k = 0; k < 32; ++k) {
-          int c = (base + (k + shift) % w) % count;
-          if (k < 16) idx[k] = c;
-          x[k] = cases[c].x;
-          y[k] = cases[c].y;
-        }
-        ops.div(w, x, y, q);
-        ops.rem(w, x, y, r);
-        ops.divrem(w, x, y, pq, pr);
-        for (int k = 0; k < w; ++k) {
-          const Case& c = cases[idx[k]];
-          SCOPED_TRACE(testing::Message() << ops.name << " width " << w << " lane " << k << " x=0x" << std::hex
-                                          << c.x << " y=0x" << c.y);
-          EXPECT_EQ(q[k], c.q);
-          EXPECT_EQ(r[k], c.r);
-          EXPECT_EQ(pq[k], c.q);
-          EXPECT_EQ(pr[k], c.r);
-        }
-      }
-    }
+// The table's results are the reference's, and the families give them with
+// every case in every lane position of every width.
+template <size_t N> void check_cases(const Ops& ops, const Case (&cases)[N]) {
+  std::vector<uint32_t> xs, ys;
+  for (const Case& c : cases) {
+    uint32_t q, r;
+    reference(ops.is_signed, c.x, c.y, &q, &r);
+    EXPECT_EQ(q, c.q) << "reference, x=" << c.x << " y=" << c.y;
+    EXPECT_EQ(r, c.r) << "reference, x=" << c.x << " y=" << c.y;
   }
+  for (int l : every_lane((int)N)) {
+    xs.push_back(l < 0 ? 1000u : cases[l].x);
+    ys.push_back(l < 0 ? 7u : cases[l].y);
+  }
+  const std::string f = check_pairs(ops, xs, ys);
+  EXPECT_TRUE(f.empty()) << f;
 }
 
-TEST(IntDiv, SignedFixedResults) { check_cases(kSigned, kSignedCases, sizeof kSignedCases / sizeof(Case)); }
-TEST(IntDiv, UnsignedFixedResults) { check_cases(kUnsigned, kUnsignedCases, sizeof kUnsignedCases / sizeof(Case)); }
+TEST(IntDiv, SignedFixedResults) { check_cases(kSigned, kSignedCases); }
+TEST(IntDiv, UnsignedFixedResults) { check_cases(kUnsigned, kUnsignedCases); }
 
 // ---- random and adversarial pairs ------------------------------------------------
 
@@ -272,29 +186,19 @@ void adversarial_pairs(bool is_signed, uint64_t seed, std::vector<uint32_t>& xs,
   }
 }
 
-TEST(IntDiv, SignedRandom) {
-  std::vector<uint32_t> xs, ys;
-  random_pairs(true, 0x1d1f, 1u << 21, xs, ys);
-  std::string f = check_pairs(kSigned, xs, ys);
+// 2^21 random pairs at width 16, 2^14 of them at widths 1 and 3; the
+// adversarial pairs at widths 3 and 16.
+void random_and_adversarial(const Ops& ops, uint64_t seed) {
+  std::vector<uint32_t> xs, ys, ax, ay;
+  random_pairs(ops.is_signed, seed, 1u << 21, xs, ys);
+  std::string f = check_pairs(ops, xs, ys, {16});
+  xs.resize(1u << 14), ys.resize(1u << 14);
+  f += check_pairs(ops, xs, ys, {1, 3});
+  adversarial_pairs(ops.is_signed, seed ^ 0xa000, ax, ay);
+  f += check_pairs(ops, ax, ay, {3, 16});
   EXPECT_TRUE(f.empty()) << f;
 }
-TEST(IntDiv, UnsignedRandom) {
-  std::vector<uint32_t> xs, ys;
-  random_pairs(false, 0x0d1f, 1u << 21, xs, ys);
-  std::string f = check_pairs(kUnsigned, xs, ys);
-  EXPECT_TRUE(f.empty()) << f;
-}
-TEST(IntDiv, SignedAdversarial) {
-  std::vector<uint32_t> xs, ys;
-  adversarial_pairs(true, 0xad51, xs, ys);
-  std::string f = check_pairs(kSigned, xs, ys);
-  EXPECT_TRUE(f.empty()) << f;
-}
-TEST(IntDiv, UnsignedAdversarial) {
-  std::vector<uint32_t> xs, ys;
-  adversarial_pairs(false, 0xad50, xs, ys);
-  std::string f = check_pairs(kUnsigned, xs, ys);
-  EXPECT_TRUE(f.empty()) << f;
-}
+TEST(IntDiv, SignedRandomAndAdversarial) { random_and_adversarial(kSigned, 0x1d1f); }
+TEST(IntDiv, UnsignedRandomAndAdversarial) { random_and_adversarial(kUnsigned, 0x0d1f); }
 
 }  // namespace

@@ -10,13 +10,11 @@
 #include <climits>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "ocl_ravl_l9.h"
+#include "tests/common/call_many.h"
 #include "tests/common/fp_bits.h"
 
 namespace {
@@ -59,119 +57,44 @@ template <class T> T ref_frexp(T x, int32_t* e) {
   return m;
 }
 
-// ---- callers --------------------------------------------------------------------
+// ---- runs: every width over the inputs; counts wrong lanes ----------------------
 
-using d2 = ocl_ravl_double2;
-using d4 = ocl_ravl_double4;
-using f4 = ocl_ravl_float4;
-using f8 = ocl_ravl_float8;
-using i4 = ocl_ravl_int4;
-using i8 = ocl_ravl_int8;
-template <class V, class T> V ld(const T* p) {
-  V v;
-  std::memcpy(&v, p, sizeof v);
-  return v;
+constexpr std::initializer_list<int> kAllWidths = {1, 2, 3, 4, 8, 16};
+template <class T> std::string fam(const char* f, int w) {
+  return f + std::string(sizeof(T) == 4 ? "f" : "") + std::to_string(w);
 }
-template <class V, class T> void st(T* p, const V& v, int w) { std::memcpy(p, &v, w * sizeof(T)); }
 
-#define P(name) __ocl_ravl_l9_##name
-template <class T> struct LdexpCall {
-  int w;
-  void (*f)(const T* x, const int32_t* n, T* r);
-};
-template <class T> struct FrexpCall {
-  int w;
-  void (*f)(const T* x, T* r, int32_t* e);
-};
-
-const std::vector<LdexpCall<double>> kLdexpD = {
-    {1, [](const double* x, const int32_t* n, double* r) { r[0] = P(ldexp1)(x[0], n[0]); }},
-    {2, [](const double* x, const int32_t* n, double* r) { st(r, P(ldexp2)(ld<d2>(x), ld<i4>(n)), 2); }},
-    {3, [](const double* x, const int32_t* n, double* r) { st(r, P(ldexp3)(ld<d4>(x), ld<i4>(n)), 3); }},
-    {4, [](const double* x, const int32_t* n, double* r) { st(r, P(ldexp4)(ld<d4>(x), ld<i4>(n)), 4); }},
-    {8, [](const double* x, const int32_t* n, double* r) {
-       st(r, P(ldexp8)(ld<d4>(x), ld<d4>(x + 4), ld<i8>(n)), 8); }},
-    {16, [](const double* x, const int32_t* n, double* r) { P(ldexp16)(r, x, n); }},
-};
-const std::vector<LdexpCall<float>> kLdexpF = {
-    {1, [](const float* x, const int32_t* n, float* r) { r[0] = P(ldexpf1)(x[0], n[0]); }},
-    {2, [](const float* x, const int32_t* n, float* r) { st(r, P(ldexpf2)(ld<f4>(x), ld<i4>(n)), 2); }},
-    {3, [](const float* x, const int32_t* n, float* r) { st(r, P(ldexpf3)(ld<f4>(x), ld<i4>(n)), 3); }},
-    {4, [](const float* x, const int32_t* n, float* r) { st(r, P(ldexpf4)(ld<f4>(x), ld<i4>(n)), 4); }},
-    {8, [](const float* x, const int32_t* n, float* r) { st(r, P(ldexpf8)(ld<f8>(x), ld<i8>(n)), 8); }},
-    {16, [](const float* x, const int32_t* n, float* r) {
-       st(r, P(ldexpf16)(ld<f8>(x), ld<f8>(x + 8), ld<i8>(n), ld<i8>(n + 8)), 16); }},
-};
-const std::vector<FrexpCall<double>> kFrexpD = {
-    {1, [](const double* x, double* r, int32_t* e) { r[0] = P(frexp1)(x[0], e); }},
-    {2, [](const double* x, double* r, int32_t* e) { st(r, P(frexp2)(ld<d2>(x), e), 2); }},
-    {3, [](const double* x, double* r, int32_t* e) { st(r, P(frexp3)(ld<d4>(x), e), 3); }},
-    {4, [](const double* x, double* r, int32_t* e) { st(r, P(frexp4)(ld<d4>(x), e), 4); }},
-    {8, [](const double* x, double* r, int32_t* e) { st(r, P(frexp8)(ld<d4>(x), ld<d4>(x + 4), e), 8); }},
-    {16, [](const double* x, double* r, int32_t* e) {
-       st(r, P(frexp16)(ld<d4>(x), ld<d4>(x + 4), ld<d4>(x + 8), ld<d4>(x + 12), e), 16); }},
-};
-const std::vector<FrexpCall<float>> kFrexpF = {
-    {1, [](const float* x, float* r, int32_t* e) { r[0] = P(frexpf1)(x[0], e); }},
-    {2, [](const float* x, float* r, int32_t* e) { st(r, P(frexpf2)(ld<f4>(x), e), 2); }},
-    {3, [](const float* x, float* r, int32_t* e) { st(r, P(frexpf3)(ld<f4>(x), e), 3); }},
-    {4, [](const float* x, float* r, int32_t* e) { st(r, P(frexpf4)(ld<f4>(x), e), 4); }},
-    {8, [](const float* x, float* r, int32_t* e) { st(r, P(frexpf8)(ld<f8>(x), e), 8); }},
-    {16, [](const float* x, float* r, int32_t* e) { st(r, P(frexpf16)(ld<f8>(x), ld<f8>(x + 8), e), 16); }},
-};
-template <class T> const std::vector<LdexpCall<T>>& ldexp_calls();
-template <> const std::vector<LdexpCall<double>>& ldexp_calls() { return kLdexpD; }
-template <> const std::vector<LdexpCall<float>>& ldexp_calls() { return kLdexpF; }
-template <class T> const std::vector<FrexpCall<T>>& frexp_calls();
-template <> const std::vector<FrexpCall<double>>& frexp_calls() { return kFrexpD; }
-template <> const std::vector<FrexpCall<float>>& frexp_calls() { return kFrexpF; }
-
-// Every width over the inputs in consecutive groups of w lanes; counts wrong
-// lanes. Width 3's undefined fourth lane holds a NaN and an extreme n; nothing
-// may be written past w lanes.
-template <class T> int run_ldexp(const std::vector<T>& x, const std::vector<int32_t>& n, mpfr_rnd_t rnd) {
-  const typename Fmt<T>::U sentinel = Fmt<T>::exp | 0x5a5a;
+// fe: the rounding mode the calls run in (the reference rounds in rnd).
+template <class T>
+int run_ldexp(const std::vector<T>& x, const std::vector<int32_t>& n, mpfr_rnd_t rnd, int fe = FE_TONEAREST,
+              std::initializer_list<int> widths = kAllWidths) {
   int bad = 0;
-  for (const LdexpCall<T>& c : ldexp_calls<T>()) {
-    for (size_t i = 0; i + c.w <= x.size(); i += c.w) {
-      T a[16], r[32];
-      int32_t k[16];
-      for (int j = 0; j < 16; ++j) a[j] = from_bits<T>(Fmt<T>::exp | 1), k[j] = INT_MIN;
-      for (int j = 0; j < 32; ++j) r[j] = from_bits<T>(sentinel);
-      std::memcpy(a, &x[i], c.w * sizeof(T));
-      std::memcpy(k, &n[i], c.w * sizeof(int32_t));
-      c.f(a, k, r);
-      for (int j = 0; j < 32; ++j) {
-        T want = j < c.w ? ref_ldexp(a[j], k[j], rnd) : from_bits<T>(sentinel);
-        if (bits(r[j]) != bits(want) && ++bad <= 5)
-          ADD_FAILURE() << "ldexp" << (sizeof(T) == 4 ? "f" : "") << c.w << " lane " << j << " rnd " << rnd
-                        << ": x=" << hex(a[j & 15]) << " n=" << k[j & 15] << " got " << hex(r[j]) << " want "
-                        << hex(want);
-      }
+  for (int w : widths) {
+    std::fesetround(fe);
+    const std::vector<T> r = map<T>(fam<T>("ldexp", w), x, n);
+    std::fesetround(FE_TONEAREST);
+    for (size_t j = 0; j < x.size(); ++j) {
+      const T want = ref_ldexp(x[j], n[j], rnd);
+      if (bits(r[j]) != bits(want) && ++bad <= 5)
+        ADD_FAILURE() << fam<T>("ldexp", w) << " rnd " << rnd << ": x=" << hex(x[j]) << " n=" << n[j] << " got "
+                      << hex(r[j]) << " want " << hex(want);
     }
   }
   return bad;
 }
 
 template <class T> int run_frexp(const std::vector<T>& x) {
-  const typename Fmt<T>::U sentinel = Fmt<T>::exp | 0x5a5a;
   int bad = 0;
-  for (const FrexpCall<T>& c : frexp_calls<T>()) {
-    for (size_t i = 0; i + c.w <= x.size(); i += c.w) {
-      T a[16], r[32];
-      int32_t e[32];
-      for (int j = 0; j < 16; ++j) a[j] = from_bits<T>(Fmt<T>::exp | 1);
-      for (int j = 0; j < 32; ++j) r[j] = from_bits<T>(sentinel), e[j] = 0x5a5a5a5a;
-      std::memcpy(a, &x[i], c.w * sizeof(T));
-      c.f(a, r, e);
-      for (int j = 0; j < 32; ++j) {
-        int32_t we = 0x5a5a5a5a;
-        T want = j < c.w ? ref_frexp(a[j], &we) : from_bits<T>(sentinel);
-        if ((bits(r[j]) != bits(want) || e[j] != we) && ++bad <= 5)
-          ADD_FAILURE() << "frexp" << (sizeof(T) == 4 ? "f" : "") << c.w << " lane " << j << ": x="
-                        << hex(a[j & 15]) << " got " << hex(r[j]) << ", " << e[j] << " want " << hex(want) << ", "
-                        << we;
-      }
+  for (int w : kAllWidths) {
+    std::vector<T> r;
+    std::vector<int32_t> e;
+    map2(fam<T>("frexp", w), r, e, x);
+    for (size_t j = 0; j < x.size(); ++j) {
+      int32_t we;
+      const T want = ref_frexp(x[j], &we);
+      if ((bits(r[j]) != bits(want) || e[j] != we) && ++bad <= 5)
+        ADD_FAILURE() << fam<T>("frexp", w) << ": x=" << hex(x[j]) << " got " << hex(r[j]) << ", " << e[j]
+                      << " want " << hex(want) << ", " << we;
     }
   }
   return bad;
@@ -208,19 +131,15 @@ const LdexpEdge<float> kLdexpEdgesF[] = {
 template <class T, size_t N> void ldexp_edges(const LdexpEdge<T> (&tab)[N]) {
   std::vector<T> x;
   std::vector<int32_t> n;
-  for (const LdexpEdge<T>& e : tab) {
+  for (const LdexpEdge<T>& e : tab)
     EXPECT_EQ(bits(ref_ldexp(e.x, e.n, MPFR_RNDN)), bits(e.want)) << "reference: " << hex(e.x) << " " << e.n;
-    // Each case in every lane position of a group of 16.
-    for (int p = 0; p < 16; ++p)
-      for (int j = 0; j < 16; ++j) {
-        x.push_back(j == p ? e.x : T(1.25));
-        n.push_back(j == p ? e.n : 3);
-      }
+  for (int l : every_lane(N)) {  // each case in every lane position of a group of 16
+    x.push_back(l < 0 ? T(1.25) : tab[l].x);
+    n.push_back(l < 0 ? 3 : tab[l].n);
   }
   // NaN payloads come back bit for bit.
   for (typename Fmt<T>::U b : {Fmt<T>::exp | 1, Fmt<T>::sign | Fmt<T>::exp | Fmt<T>::quiet | 7})
     for (int32_t k : {0, 5, -5, INT_MIN, INT_MAX}) x.push_back(from_bits<T>(b)), n.push_back(k);
-  while (x.size() % 16) x.push_back(T(0)), n.push_back(0);
   EXPECT_EQ(run_ldexp(x, n, MPFR_RNDN), 0);
 }
 TEST(LdexpFrexp, LdexpEdgesDouble) { ldexp_edges(kLdexpEdgesD); }
@@ -246,15 +165,12 @@ template <class T, size_t N> void frexp_edges(const FrexpEdge<T> (&tab)[N]) {
   std::vector<T> x;
   for (const FrexpEdge<T>& e : tab) {
     int32_t we;
-    T wm = ref_frexp(e.x, &we);
-    EXPECT_EQ(bits(wm), bits(e.m)) << hex(e.x);
+    EXPECT_EQ(bits(ref_frexp(e.x, &we)), bits(e.m)) << hex(e.x);
     EXPECT_EQ(we, e.e) << hex(e.x);
-    for (int p = 0; p < 16; ++p)
-      for (int j = 0; j < 16; ++j) x.push_back(j == p ? e.x : T(-6.5));
   }
+  for (int l : every_lane(N)) x.push_back(l < 0 ? T(-6.5) : tab[l].x);
   for (typename Fmt<T>::U b : {Fmt<T>::exp | 1, Fmt<T>::sign | Fmt<T>::exp | Fmt<T>::quiet | 7})
     x.push_back(from_bits<T>(b));
-  while (x.size() % 16) x.push_back(T(0));
   EXPECT_EQ(run_frexp(x), 0);
 }
 TEST(LdexpFrexp, FrexpEdgesDouble) { frexp_edges(kFrexpEdgesD); }
@@ -306,12 +222,7 @@ template <class T> void random_ldexp(uint64_t seed) {
       {FE_UPWARD, MPFR_RNDU}, {FE_DOWNWARD, MPFR_RNDD}, {FE_TOWARDZERO, MPFR_RNDZ}};
   std::vector<T> xs(x.begin(), x.begin() + n / 4);
   std::vector<int32_t> ks(k.begin(), k.begin() + n / 4);
-  for (auto m : modes) {
-    std::fesetround(m.fe);
-    int bad = run_ldexp(xs, ks, m.rnd);
-    std::fesetround(FE_TONEAREST);
-    EXPECT_EQ(bad, 0) << "rounding mode " << m.rnd;
-  }
+  for (auto m : modes) EXPECT_EQ(run_ldexp(xs, ks, m.rnd, m.fe), 0) << "rounding mode " << m.rnd;
 }
 TEST(LdexpFrexp, LdexpRandomDouble) { random_ldexp<double>(31); }
 TEST(LdexpFrexp, LdexpRandomFloat) { random_ldexp<float>(32); }
@@ -325,17 +236,15 @@ template <class T> void random_frexp(uint64_t seed) {
 TEST(LdexpFrexp, FrexpRandomDouble) { random_frexp<double>(41); }
 TEST(LdexpFrexp, FrexpRandomFloat) { random_frexp<float>(42); }
 
-// ldexp(frexp(x)) gives x back at every width, for every finite x.
+// ldexp(frexp(x)) gives x back, for every finite x.
 TEST(LdexpFrexp, RoundTrip) {
   std::mt19937_64 g(51);
-  for (int i = 0; i < 4096; ++i) {
-    double x[4] = {random_value<double>(g), random_value<double>(g), random_value<double>(g),
-                   random_value<double>(g)};
-    int32_t e[4];
-    d4 m = P(frexp4)(ld<d4>(x), e);
-    d4 y = P(ldexp4)(m, ld<i4>(e));
-    for (int j = 0; j < 4; ++j) EXPECT_EQ(bits(y[j]), bits(x[j])) << hex(x[j]);
-  }
+  std::vector<double> x(16384), m;
+  std::vector<int32_t> e;
+  for (double& v : x) v = random_value<double>(g);
+  map2("frexp4", m, e, x);
+  const std::vector<double> y = map<double>("ldexp4", m, e);
+  for (size_t j = 0; j < x.size(); ++j) EXPECT_EQ(bits(y[j]), bits(x[j])) << hex(x[j]);
 }
 
 }  // namespace

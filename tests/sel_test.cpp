@@ -1,19 +1,18 @@
 // copysign, fdim, fmax, fmin, maxmag, minmag and fma, double and float, at
 // every width: table-driven edge cases, then random bit patterns (NaN payloads,
 // signalling NaN, denormals, infinities, equal magnitudes) compared bit for bit
-// with scalar references written here. fma is checked against MPFR.
+// with scalar references written here. fma (and fma_rm, the same body) is
+// checked against MPFR.
 #include <gtest/gtest.h>
 #include <mpfr.h>
 
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "ocl_ravl_l9.h"
+#include "tests/common/call_many.h"
 #include "tests/common/fp_bits.h"
 
 namespace {
@@ -95,135 +94,45 @@ template <class T> T ref_fma(T x, T y, T z) {
   return out;
 }
 
-// ---- callers: one per width, arrays in and out --------------------------------------
-
-using d2 = ocl_ravl_double2;
-using d4 = ocl_ravl_double4;
-using f4 = ocl_ravl_float4;
-using f8 = ocl_ravl_float8;
-template <class V, class T> V ld(const T* p) {
-  V v;
-  std::memcpy(&v, p, sizeof v);
-  return v;
-}
-template <class V, class T> void st(T* p, const V& v, int w) { std::memcpy(p, &v, w * sizeof(T)); }
-
-template <class T> struct Call {
-  int w;
-  void (*f)(const T* x, const T* y, const T* z, T* r);
-};
-#define P(name) __ocl_ravl_l9_##name
-#define D2(F)                                                                                                       \
-  std::vector<Call<double>> {                                                                                       \
-    {1, [](const double* x, const double* y, const double*, double* r) { r[0] = P(F##1)(x[0], y[0]); }},            \
-    {2, [](const double* x, const double* y, const double*, double* r) {                                            \
-       st(r, P(F##2)(ld<d2>(x), ld<d2>(y)), 2); }},                                                                 \
-    {3, [](const double* x, const double* y, const double*, double* r) {                                            \
-       st(r, P(F##3)(ld<d4>(x), ld<d4>(y)), 3); }},                                                                 \
-    {4, [](const double* x, const double* y, const double*, double* r) {                                            \
-       st(r, P(F##4)(ld<d4>(x), ld<d4>(y)), 4); }},                                                                 \
-    {8, [](const double* x, const double* y, const double*, double* r) {                                            \
-       st(r, P(F##8)(ld<d4>(x), ld<d4>(x + 4), ld<d4>(y), ld<d4>(y + 4)), 8); }},                                   \
-    {16, [](const double* x, const double* y, const double*, double* r) { P(F##16)(r, x, y); }},                    \
-  }
-#define F2(F)                                                                                                       \
-  std::vector<Call<float>> {                                                                                        \
-    {1, [](const float* x, const float* y, const float*, float* r) { r[0] = P(F##1)(x[0], y[0]); }},                \
-    {2, [](const float* x, const float* y, const float*, float* r) {                                                \
-       st(r, P(F##2)(ld<f4>(x), ld<f4>(y)), 2); }},                                                                 \
-    {3, [](const float* x, const float* y, const float*, float* r) {                                                \
-       st(r, P(F##3)(ld<f4>(x), ld<f4>(y)), 3); }},                                                                 \
-    {4, [](const float* x, const float* y, const float*, float* r) {                                                \
-       st(r, P(F##4)(ld<f4>(x), ld<f4>(y)), 4); }},                                                                 \
-    {8, [](const float* x, const float* y, const float*, float* r) {                                                \
-       st(r, P(F##8)(ld<f8>(x), ld<f8>(y)), 8); }},                                                                 \
-    {16, [](const float* x, const float* y, const float*, float* r) {                                               \
-       st(r, P(F##16)(ld<f8>(x), ld<f8>(x + 8), ld<f8>(y), ld<f8>(y + 8)), 16); }},                                 \
-  }
-#define D3(F, S)                                                                                                    \
-  std::vector<Call<double>> {                                                                                       \
-    {1, [](const double* x, const double* y, const double* z, double* r) { r[0] = P(F##1##S)(x[0], y[0], z[0]); }}, \
-    {2, [](const double* x, const double* y, const double* z, double* r) {                                          \
-       st(r, P(F##2##S)(ld<d2>(x), ld<d2>(y), ld<d2>(z)), 2); }},                                                   \
-    {3, [](const double* x, const double* y, const double* z, double* r) {                                          \
-       st(r, P(F##3##S)(ld<d4>(x), ld<d4>(y), ld<d4>(z)), 3); }},                                                   \
-    {4, [](const double* x, const double* y, const double* z, double* r) {                                          \
-       st(r, P(F##4##S)(ld<d4>(x), ld<d4>(y), ld<d4>(z)), 4); }},                                                   \
-    {8, [](const double* x, const double* y, const double* z, double* r) { P(F##8##S)(r, x, y, z); }},              \
-    {16, [](const double* x, const double* y, const double* z, double* r) { P(F##16##S)(r, x, y, z); }},            \
-  }
-#define F3(F, S)                                                                                                    \
-  std::vector<Call<float>> {                                                                                        \
-    {1, [](const float* x, const float* y, const float* z, float* r) { r[0] = P(F##1##S)(x[0], y[0], z[0]); }},     \
-    {2, [](const float* x, const float* y, const float* z, float* r) {                                              \
-       st(r, P(F##2##S)(ld<f4>(x), ld<f4>(y), ld<f4>(z)), 2); }},                                                   \
-    {3, [](const float* x, const float* y, const float* z, float* r) {                                              \
-       st(r, P(F##3##S)(ld<f4>(x), ld<f4>(y), ld<f4>(z)), 3); }},                                                   \
-    {4, [](const float* x, const float* y, const float* z, float* r) {                                              \
-       st(r, P(F##4##S)(ld<f4>(x), ld<f4>(y), ld<f4>(z)), 4); }},                                                   \
-    {8, [](const float* x, const float* y, const float* z, float* r) {                                              \
-       st(r, P(F##8##S)(ld<f8>(x), ld<f8>(y), ld<f8>(z)), 8); }},                                                   \
-    {16, [](const float* x, const float* y, const float* z, float* r) { P(F##16##S)(r, x, y, z); }},                \
-  }
+// ---- families ------------------------------------------------------------------
 
 template <class T> struct Family {
-  const char* name;
-  std::vector<Call<T>> calls;
+  std::string name;
   T (*ref)(T, T, T);
+  bool three;  // fma: three arguments
 };
 #define REF2(f) [](T x, T y, T) { return f<T>(x, y); }
-template <class T> std::vector<Family<T>> families();
-template <> std::vector<Family<double>> families() {
-  using T = double;
-  return {{"copysign", D2(copysign), REF2(ref_copysign)}, {"fdim", D2(fdim), REF2(ref_fdim)},
-          {"fmax", D2(fmax), REF2(ref_fmax)},             {"fmin", D2(fmin), REF2(ref_fmin)},
-          {"maxmag", D2(maxmag), REF2(ref_maxmag)},       {"minmag", D2(minmag), REF2(ref_minmag)},
-          {"fma", D3(fma, ), ref_fma<T>},                 {"fma_rm", D3(fma, _rm), ref_fma<T>}};
-}
-template <> std::vector<Family<float>> families() {
-  using T = float;
-  return {{"copysignf", F2(copysignf), REF2(ref_copysign)}, {"fdimf", F2(fdimf), REF2(ref_fdim)},
-          {"fmaxf", F2(fmaxf), REF2(ref_fmax)},             {"fminf", F2(fminf), REF2(ref_fmin)},
-          {"maxmagf", F2(maxmagf), REF2(ref_maxmag)},       {"minmagf", F2(minmagf), REF2(ref_minmag)},
-          {"fmaf", F3(fmaf, ), ref_fma<T>},                 {"fmaf_rm", F3(fmaf, _rm), ref_fma<T>}};
+template <class T> const Family<T>& family(const std::string& name) {
+  const std::string f = sizeof(T) == 4 ? "f" : "";
+  static const std::vector<Family<T>> all = {
+      {"copysign" + f, REF2(ref_copysign), false}, {"fdim" + f, REF2(ref_fdim), false},
+      {"fmax" + f, REF2(ref_fmax), false},         {"fmin" + f, REF2(ref_fmin), false},
+      {"maxmag" + f, REF2(ref_maxmag), false},     {"minmag" + f, REF2(ref_minmag), false},
+      {"fma" + f, ref_fma<T>, true}};
+  for (const Family<T>& fam : all)
+    if (fam.name == name) return fam;
+  ADD_FAILURE() << "no family " << name;
+  return all[0];
 }
 
-// Runs every width of f over the inputs (in consecutive groups of w lanes) and
-// counts lanes that differ from the reference, printing the first few. A
-// width-3 call gets a signalling NaN in its undefined fourth lane, and the
-// result buffer's lanes past w must stay untouched.
-template <class T> int run(const Family<T>& f, const std::vector<T>& x, const std::vector<T>& y,
-                           const std::vector<T>& z) {
-  const T pad = from_bits<T>(Fmt<T>::exp | 1);
-  const typename Fmt<T>::U sentinel = Fmt<T>::exp | 0x5a5a;
+// Runs the family (its class suffix: "" or "_rm") at each width over the
+// inputs and counts lanes that differ from the reference, printing the first
+// few.
+template <class T>
+int run(const Family<T>& f, const char* cls, const std::vector<T>& x, const std::vector<T>& y,
+        const std::vector<T>& z, std::initializer_list<int> widths = {1, 2, 3, 4, 8, 16}) {
   int bad = 0;
-  for (const Call<T>& c : f.calls) {
-    for (size_t i = 0; i + c.w <= x.size(); i += c.w) {
-      T a[16], b[16], d[16], r[32];
-      for (int k = 0; k < 16; ++k) a[k] = b[k] = d[k] = pad;
-      for (int k = 0; k < 32; ++k) r[k] = from_bits<T>(sentinel);
-      std::memcpy(a, &x[i], c.w * sizeof(T));
-      std::memcpy(b, &y[i], c.w * sizeof(T));
-      std::memcpy(d, &z[i], c.w * sizeof(T));
-      c.f(a, b, d, r);
-      for (int k = 0; k < 32; ++k) {
-        bool ok = k < c.w ? bits(r[k]) == bits(f.ref(a[k], b[k], d[k])) : bits(r[k]) == sentinel;
-        if (!ok && ++bad <= 5)
-          ADD_FAILURE() << f.name << c.w << " lane " << k << ": x=" << hex(a[k & 15]) << " y=" << hex(b[k & 15])
-                        << " z=" << hex(d[k & 15]) << " got " << hex(r[k])
-                        << (k < c.w ? " want " + hex(f.ref(a[k], b[k], d[k])) : std::string(" (past the width)"));
-      }
+  for (int w : widths) {
+    const std::string name = f.name + std::to_string(w) + cls;
+    const std::vector<T> r = f.three ? map<T>(name, x, y, z) : map<T>(name, x, y);
+    for (size_t k = 0; k < x.size(); ++k) {
+      const T want = f.ref(x[k], y[k], z[k]);
+      if (bits(r[k]) != bits(want) && ++bad <= 5)
+        ADD_FAILURE() << name << ": x=" << hex(x[k]) << " y=" << hex(y[k]) << " z=" << hex(z[k]) << " got "
+                      << hex(r[k]) << " want " << hex(want);
     }
   }
   return bad;
-}
-
-template <class T> const Family<T>& family(const char* name) {
-  static const std::vector<Family<T>> all = families<T>();
-  for (const Family<T>& f : all)
-    if (std::string(f.name) == name) return f;
-  ADD_FAILURE() << "no family " << name;
-  return all[0];
 }
 
 // ---- edge cases: the expected bits are written out ------------------------------
@@ -263,7 +172,7 @@ template <class T> void check_edges() {
   const bool f32 = sizeof(T) == 4;
   for (const Edge& e : kEdges) {
     std::string name = std::string(e.fam) + (f32 ? "f" : "");
-    const Family<T>& f = family<T>(name.c_str());
+    const Family<T>& f = family<T>(name);
     // The float form of a NaN constant keeps its sign, quiet bit and low payload bits.
     auto conv = [&](double v) -> T {
       if (!f32 || !nan_bits(v)) return (T)v;
@@ -274,14 +183,16 @@ template <class T> void check_edges() {
     T x = conv(e.x), y = conv(e.y), z = conv(e.z), want = conv(e.want);
     if (f32 && std::string(e.fam) == "fma" && e.want != 0 && std::fabs(e.want) < 0x1p-60) continue;  // double-only
     EXPECT_EQ(bits(f.ref(x, y, z)), bits(want)) << "reference " << name << "(" << hex(x) << ", " << hex(y) << ")";
-    // Each case in every lane position of every width, ordinary values elsewhere.
-    for (const Call<T>& c : f.calls)
-      for (int p = 0; p < c.w; ++p) {
-        std::vector<T> xs(c.w, T(1.5)), ys(c.w, T(-0.75)), zs(c.w, T(0.25));
-        xs[p] = x, ys[p] = y, zs[p] = z;
-        Family<T> one{f.name, {c}, f.ref};
-        EXPECT_EQ(run(one, xs, ys, zs), 0);
-      }
+    // The case in every lane position of a group of 16 (so in every lane of
+    // every width), ordinary values elsewhere.
+    std::vector<T> xs, ys, zs;
+    for (int l : every_lane(1)) {
+      xs.push_back(l < 0 ? T(1.5) : x);
+      ys.push_back(l < 0 ? T(-0.75) : y);
+      zs.push_back(l < 0 ? T(0.25) : z);
+    }
+    for (const char* cls : {"", "_rm"})
+      if (f.three || !*cls) EXPECT_EQ(run(f, cls, xs, ys, zs), 0);
   }
 }
 
@@ -315,7 +226,7 @@ template <class T> void random_two(const char* name, uint64_t seed) {
       default: y[i] = random_value<T>(g);
     }
   }
-  EXPECT_EQ(run(family<T>(name), x, y, z), 0) << name;
+  EXPECT_EQ(run(family<T>(name), "", x, y, z), 0) << name;
 }
 
 TEST(Selection, RandomBitsDouble) {
@@ -359,25 +270,11 @@ template <class T> void random_fma(const char* name, uint64_t seed) {
         z[i] = in_binade(Fmt<T>::emax - 1 - (int)(g() % 3));
     }
   }
-  EXPECT_EQ(run(family<T>(name), x, y, z), 0) << name;
+  EXPECT_EQ(run(family<T>(name), "", x, y, z), 0) << name;
+  EXPECT_EQ(run(family<T>(name), "_rm", x, y, z, {16}), 0) << name << "_rm";
 }
 
-TEST(Selection, FmaRandomDouble) {
-  random_fma<double>("fma", 21);
-  random_fma<double>("fma_rm", 22);
-}
-TEST(Selection, FmaRandomFloat) {
-  random_fma<float>("fmaf", 23);
-  random_fma<float>("fmaf_rm", 24);
-}
-
-// The _rm member of fma is the plain member under a second name.
-TEST(Selection, FmaRmIsPlain) {
-  // Through volatiles: the compiler may take distinct declarations for distinct addresses.
-  void* volatile rm[2] = {(void*)&__ocl_ravl_l9_fma4_rm, (void*)&__ocl_ravl_l9_fmaf16_rm};
-  void* volatile plain[2] = {(void*)&__ocl_ravl_l9_fma4, (void*)&__ocl_ravl_l9_fmaf16};
-  EXPECT_EQ(rm[0], plain[0]);
-  EXPECT_EQ(rm[1], plain[1]);
-}
+TEST(Selection, FmaRandomDouble) { random_fma<double>("fma", 21); }
+TEST(Selection, FmaRandomFloat) { random_fma<float>("fmaf", 23); }
 
 }  // namespace

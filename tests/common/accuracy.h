@@ -37,6 +37,9 @@ struct Row {
   double bound;  // max error asserted, ulp
   double lo, hi;
   std::vector<double> edges;
+  // Sample uniformly over the bit patterns between lo and hi (both positive):
+  // uniform in exponent and mantissa, for domains spanning many binades.
+  bool log_uniform = false;
 };
 
 constexpr int kEdgeUlps = 64;
@@ -61,7 +64,8 @@ template <class T> std::vector<T> inputs(const Row& row) {
   std::uniform_real_distribution<double> u(row.lo, row.hi);
   std::vector<T> in;
   int n = (sizeof(T) == 8 ? 1 << 17 : 1 << 18) * scale();
-  for (int i = 0; i < n; ++i) in.push_back((T)u(g));
+  std::uniform_int_distribution<U> ub(row.log_uniform ? bits((T)row.lo) : 0, row.log_uniform ? bits((T)row.hi) : 0);
+  for (int i = 0; i < n; ++i) in.push_back(row.log_uniform ? from_bits<T>(ub(g)) : (T)u(g));
   for (int i = 0; i < n / 4; ++i) in.push_back(from_bits<T>((U)g()));
   for (double e : row.edges) {
     T x = (T)e;

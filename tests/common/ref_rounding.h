@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace ravl_ref {
+namespace ravl_test {
 
 enum class Rounding { kNearestEven, kDown, kUp, kTowardZero, kHalfAway };
 
@@ -90,4 +90,4 @@ inline Rounding rounding_of_mxcsr(unsigned csr) {
   return kByRc[(csr >> 13) & 3];
 }
 
-}  // namespace ravl_ref
+}  // namespace ravl_test

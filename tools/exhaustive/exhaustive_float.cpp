@@ -38,7 +38,7 @@ struct Job {
   ravl_test::CvtTarget target;
   ravl_test::CvtRound rm;
   bool sat;
-  ravl_ref::Rounding rounding;
+  ravl_test::Rounding rounding;
   void* fn;
 };
 
@@ -75,7 +75,7 @@ uint64_t ref_cvt(const Job& j, uint32_t bits) { return ravl_test::ref_fp_to_int_
 uint64_t ref_round(const Job& j, uint32_t bits) {
   float x;
   std::memcpy(&x, &bits, 4);
-  float r = ravl_ref::ref_round_integral(x, j.rounding);
+  float r = ravl_test::ref_round_integral(x, j.rounding);
   uint32_t b;
   std::memcpy(&b, &r, 4);
   return b;
@@ -99,10 +99,10 @@ std::vector<Job> jobs() {
       }
   // rint and nearbyint follow the caller's mode: checked here in the default
   // (nearest even) mode; the tests cover the other modes.
-  struct { const char* name; ravl_ref::Rounding r; } rf[] = {
-      {"ceilf", ravl_ref::Rounding::kUp},          {"floorf", ravl_ref::Rounding::kDown},
-      {"truncf", ravl_ref::Rounding::kTowardZero}, {"roundf", ravl_ref::Rounding::kHalfAway},
-      {"rintf", ravl_ref::Rounding::kNearestEven}, {"nearbyintf", ravl_ref::Rounding::kNearestEven}};
+  struct { const char* name; ravl_test::Rounding r; } rf[] = {
+      {"ceilf", ravl_test::Rounding::kUp},          {"floorf", ravl_test::Rounding::kDown},
+      {"truncf", ravl_test::Rounding::kTowardZero}, {"roundf", ravl_test::Rounding::kHalfAway},
+      {"rintf", ravl_test::Rounding::kNearestEven}, {"nearbyintf", ravl_test::Rounding::kNearestEven}};
   for (auto& f : rf) {
     Job j{};
     j.name = f.name;

@@ -1,0 +1,291 @@
+// 2^x on double lanes (family exp2) and on single lanes (family exp2f).
+//
+// Every member computes all lanes on a branch-free vector path and flags the
+// lanes that path cannot handle: |x| at or above 1022 (double) or above 126
+// (single), infinities and NaN. There is no inline pass: every flagged lane
+// goes to the scalar routine of its precision, which every class shares, so
+// special inputs give the same result in every class:
+//   NaN -> quiet NaN, +inf -> +inf, -inf -> +0,
+//   overflow -> +inf (status 3), underflow -> denormal or +0 (status 4).
+// Integer x gives the exact power of two in the full classes (r = 0 makes the
+// polynomial term vanish), not in the fast ones, whose polynomials do not pass
+// through 1 at 0: exp2 fast returns 1.0000000005541665 at 0 and exp2f fast
+// 0.999928057, their constant terms.
+//
+// Classes and measured max errors (tests/exp2_exp10_test.cpp against MPFR at
+// RAVL_ACCURACY_SCALE=16: 2^21 random doubles over [-1080, 1030] (and over
+// [-1022, 1022] for the normal results) or 2^22 singles over [-155, 130],
+// random bit patterns and +-64 ulps around every bound; the test asserts the
+// bounds kept in its table):
+//   exp2   plain                 full   0.522 ulp (normal results); 0.750 ulp
+//                                       on denormal results, from the routine
+//   exp2   _native _half _rm     fast   1.53e7 ulp (relative 1.9e-9 = 2^-29.0)
+//   exp2f  plain _rm             full   0.615 ulp
+//   exp2f  _native _half         fast   1230 ulp (relative 7.5e-5 = 2^-13.7)
+// The double routine is within 0.52 ulp on normal results; on denormal
+// results it rounds twice (y to 53 bits, then the scaling to the denormal
+// grid), within 0.5 + 0.25 ulp. The single routine rounds a double result
+// once and is correctly rounded on every flagged single (the test checks all
+// of them under RAVL_ACCURACY_SCALE=4, every seventh by default).
+#include "frame/entry.h"
+#include "tables/exp.h"
+#include "tables/exp2_exp10.h"
+
+namespace ravl {
+namespace exp2_detail {
+
+// ---- bounds ------------------------------------------------------------------
+
+// The upper word of |x| above 0x408fefff (|x| >= 1022), infinities and NaN
+// leave the double vector paths: below that every result is a normal double
+// whose exponent the integer add can form (x > -1022 keeps floor(n/64) >=
+// -1022 with a table factor >= 1, x < 1022 keeps the result below 2^1022).
+constexpr int64_t kFastBoundBits = 0x408fefffffffffffll;
+// Bits of |x| above 0x42fc0000 (|x| > 126), infinities and NaN leave the
+// single vector paths: 2^-126 <= 2^x <= 2^126 on the rest.
+constexpr int32_t kFastBoundfBits = 0x42fc0000;
+
+// ---- reduction constants -----------------------------------------------------
+
+// 1.5 * 2^46 (0x42d8000000000000): for |x| < 2^45, x + kShift46 rounds x to a
+// multiple of 1/64, and the low mantissa bits of the sum hold n = round(64 x).
+constexpr double kShift46 = f64_bits(0x42d8000000000000ull);
+// 1.5 * 2^52 (0x4338000000000000): rounds to an integer held in the low bits.
+constexpr double kShift52 = f64_bits(0x4338000000000000ull);
+
+// 2^r - 1 ~ r (c1 + c2 r + c3 r^2 + c4 r^3 + c5 r^4) on |r| <= 1/128 (c1 = ln 2
+// rounded): relative error of 1 + r P(r) against 2^r at most 1.4e-18 = 2^-59.3
+// (MPFR, exact evaluation); shared by the double vector path and the double
+// routine.
+constexpr double kC1 = f64_bits(0x3fe62e42fefa39efull);  // 0.69314718055994529
+constexpr double kC2 = f64_bits(0x3fcebfbdff82a23aull);  // 0.24022650695884967
+constexpr double kC3 = f64_bits(0x3fac6b08d7076268ull);  // 0.05550410866607508
+constexpr double kC4 = f64_bits(0x3f83b2ad33f8b48bull);  // 0.0096181422696537591
+constexpr double kC5 = f64_bits(0x3f55d870c4d8440aull);  // 0.0013333417185814622
+
+// ---- the scalar routines -----------------------------------------------------
+
+// Values the compiler may not fold, so that the overflow and underflow
+// products below are computed at run time and raise their flags.
+RAVL_INLINE double opaque(double v) {
+  __asm__("" : "+x"(v));
+  return v;
+}
+// DBL_MAX (0x7fefffffffffffff); its square is +infinity with overflow.
+constexpr double kHuge = f64_bits(0x7fefffffffffffffull);
+// DBL_MIN + 1 ulp (0x0010000000000001); its square is +0 with underflow.
+constexpr double kTiny = f64_bits(0x0010000000000001ull);
+// 2^-100 (0x39b0000000000000), the scale back from the denormal range.
+constexpr double kTwoM100 = f64_bits(0x39b0000000000000ull);
+
+RAVL_INLINE double pow2(int64_t field) { return f64_bits((uint64_t)field << 52); }
+
+// 2^x = 2^m * y for |x| < 2^45: n = round(64 x), m = floor(n/64), j = n mod 64,
+// r = x - n/64 (exact), y = 2^(j/64) 2^r = hi_j (1 + lo_j) (1 + q) with lo_j
+// relative to hi_j, evaluated as hi_j + hi_j (q + lo_j) with one final
+// rounding; y is within about 0.52 ulp of 2^(x - m), in [2^(-1/128), 2).
+RAVL_INLINE double exp2_reduce(double x, int64_t* m) {
+  double s = x + kShift46;
+  double r = x - (s - kShift46);
+  int64_t n = (int64_t)(bits_of(s) - bits_of(kShift46));
+  int64_t j = n & 63;
+  *m = n >> 6;
+  double hi = f64_bits(exp_tables::kExpScalar64[2 * j]);
+  double lo = f64_bits(exp_tables::kExpScalar64[2 * j + 1]);
+  double p = fma(r, fma(r, fma(r, fma(r, kC5, kC4), kC3), kC2), kC1);
+  return fma(fma(r, p, lo), hi, hi);
+}
+
+// The double special-lane routine, shared by every double member.
+RAVL_INLINE int exp2_scalar(const double* xp, double* rp) {
+  double x = *xp;
+  uint64_t ix = bits_of(x);
+  if ((ix >> 52 & 2047) == 2047) {  // infinity or NaN: -inf -> +0; +inf stays, NaN is quietened
+    *rp = ix == 0xfff0000000000000ull ? 0.0 : x * x;
+    return kStatusOk;
+  }
+  if (x >= 1024.0) {  // 2^x >= 2^1024
+    *rp = opaque(kHuge) * kHuge;
+    return kStatusOverflow;
+  }
+  if (x <= -1075.0) {  // 2^x <= 2^-1075, half the smallest denormal: rounds to +0
+    *rp = opaque(kTiny) * kTiny;
+    return kStatusUnderflow;
+  }
+  int64_t m;
+  double y = exp2_reduce(x, &m);
+  if (x < -1022.0) {
+    // Denormal result: y 2^(m+100) is exact (a normal double, m >= -1076),
+    // and the multiply by 2^-100 is the one rounding to the denormal grid.
+    *rp = (y * pow2((m + 1123) & 2047)) * kTwoM100;
+    return kStatusUnderflow;
+  }
+  int64_t field = m + 1023;
+  if (field > 2046)  // m = 1024 (x just below 1024): 2^m is not a double
+    *rp = (y * pow2(field - 1)) * 2.0;
+  else
+    *rp = y * pow2(field);
+  return kStatusOk;
+}
+
+// The single special-lane routine, shared by every single member: 2^x in
+// double precision (a normal double for every single x in (-150, 128), within
+// about 0.52 double ulp), rounded once to single when stored.
+RAVL_INLINE int exp2f_scalar(const float* xp, float* rp) {
+  float x = *xp;
+  uint32_t ix = bits_of(x);
+  if ((ix >> 23 & 255) == 255) {  // infinity or NaN
+    *rp = ix == 0xff800000u ? 0.0f : x * x;
+    return kStatusOk;
+  }
+  if (x >= 128.0f) {  // 2^x >= 2^128: +infinity
+    *rp = (float)(opaque(kHuge) * kHuge);
+    return kStatusOverflow;
+  }
+  if (x <= -150.0f) {  // 2^x <= 2^-150, half the smallest single denormal: +0
+    *rp = (float)(opaque(kTiny) * kTiny);
+    return kStatusUnderflow;
+  }
+  int64_t m;
+  double y = exp2_reduce((double)x, &m);
+  *rp = (float)(y * pow2(m + 1023));
+  return x < -126.0f ? kStatusUnderflow : kStatusOk;
+}
+
+struct Exp2Base : frame::Kernel {
+  using sig = double(double);
+  static constexpr bool has_callout = true;
+  // The upper word of |x| above 0x408fefff, as one signed 64-bit compare of
+  // the whole pattern: |x| >= 1022, infinities and NaN.
+  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
+    return as_int(abs(x)) > Vec<int64_t, L>(kFastBoundBits);
+  }
+  static RAVL_INLINE int scalar(const double* x, double* r) { return exp2_scalar(x, r); }
+};
+
+struct Exp2fBase : frame::Kernel {
+  using sig = float(float);
+  static constexpr bool has_callout = true;
+  // Bits of |x| as a signed integer above those of 126: |x| > 126, infinities and NaN.
+  template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
+    return as_int(abs(x)) > Vec<int32_t, L>(kFastBoundfBits);
+  }
+  static RAVL_INLINE int scalar(const float* x, float* r) { return exp2f_scalar(x, r); }
+};
+
+// ---- double, full class ---------------------------------------------------------
+//
+// 2^x, plain exp2. Max error 0.522 ulp (worst x = 0x1.f5c47fa5a1ac8p+7).
+// n = round(64 x) by the 1.5 * 2^46 shifter; r = x - n/64 is exact, |r| <= 1/128;
+// 2^x = 2^floor(n/64) 2^(j/64) 2^r with j = n mod 64 and 2^(j/64) = hi_j + lo_j
+// (absolute correction); y = hi_j + (hi_j q + lo_j), q = 2^r - 1.
+struct Exp2Full : Exp2Base {
+  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
+    using V = Vec<double, L>;
+    using U = Vec<uint64_t, L>;
+    using I = Vec<int64_t, L>;
+    V s = x + V(kShift46);
+    V r = x - (s - V(kShift46));  // exact: k = s - kShift46 is 0 or within a factor 2 of x (Sterbenz)
+    V q = r * fma(r, fma(r, fma(r, fma(r, V(kC5), V(kC4)), V(kC3)), V(kC2)), V(kC1));
+    U sb = as_uint(s);
+    // The low six bits of s's mantissa are j; the bits above, shifted into
+    // the exponent field, are floor(n/64) (the shifter's bits leave the register).
+    I idx = bitcast<I>((sb & U(63)) << 1);  // element index of hi_j; lo_j follows it
+    U e = (sb << 46) & U(0xfff0000000000000ull);
+    V hi, lo;
+    gather_pairs(reinterpret_cast<const double*>(exp_tables::kExp64), idx, hi, lo);
+    V y = fma(hi, q, lo) + hi;
+    return as_float<V>(as_uint(y) + e);
+  }
+};
+
+// ---- double, fast classes (_native, _half, _rm) -----------------------------------
+//
+// 2^x with no table: n = round(x), r = x - n exact, |r| <= 1/2;
+// 2^x = 2^n p(r), p of degree 6 with constant term 1.0000000005541665 (so
+// 2^0 gives that value). Max error 1.53e7 ulp (worst x = -0x1.c8906c853e804p+9):
+// the polynomial's relative error 1.9e-9 = 2^-29.0, up to twice that many ulp
+// for a result whose mantissa is near 2.
+constexpr double kP0 = f64_bits(0x3ff0000000261500ull);  // 1.0000000005541665
+constexpr double kP1 = f64_bits(0x3fe62e430c7e923cull);  // 0.69314720573726829
+constexpr double kP2 = f64_bits(0x3fcebfbdadcb0ba8ull);  // 0.24022646890634047
+constexpr double kP3 = f64_bits(0x3fac6aed4b950ae1ull);  // 0.055503287769644201
+constexpr double kP4 = f64_bits(0x3f83b2dbbc0fe08eull);  // 0.0096184889571165021
+constexpr double kP5 = f64_bits(0x3f55f456a8adf058ull);  // 0.0013399931219444574
+constexpr double kP6 = f64_bits(0x3f241d3336b2ae61ull);  // 0.0001534581200294148
+
+struct Exp2Fast : Exp2Base {
+  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
+    using V = Vec<double, L>;
+    V s = x + V(kShift52);
+    V r = x - (s - V(kShift52));
+    V p = fma(fma(fma(fma(fma(fma(V(kP6), r, V(kP5)), r, V(kP4)), r, V(kP3)), r, V(kP2)), r, V(kP1)), r, V(kP0));
+    // s's low bits hold n; shifted by 52 they add n to p's exponent.
+    return as_float<V>(as_uint(p) + (as_uint(s) << 52));
+  }
+};
+
+// ---- single, full class (plain, _rm) ------------------------------------------------
+//
+// 2^x, plain exp2f. Max error 0.615 ulp (worst x = 0x1.3fb9b4p+2).
+// n = round(64 x) by the 1.5 * 2^17 shifter; r = x - n/64 exact, |r| <= 1/128;
+// 2^x = 2^floor(n/64) (hi_j + lo_j) 2^r, j = n mod 64, hi_j + lo_j = 2^(j/64)
+// in two singles; y = hi_j + (hi_j q + lo_j) with q = r (d1 + d2 r) ~ 2^r - 1.
+constexpr float kShift17 = f32_bits(0x48400000u);  // 1.5 * 2^17 = 196608
+constexpr float kD1 = f32_bits(0x3f317243u);       // 0.693149745
+constexpr float kD2 = f32_bits(0x3e75fdfcu);       // 0.240226686
+
+struct Exp2fFull : Exp2fBase {
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
+    using V = Vec<float, L>;
+    using U = Vec<uint32_t, L>;
+    using I = Vec<int32_t, L>;
+    V s = x + V(kShift17);
+    V r = x - (s - V(kShift17));
+    V q = r * fma(r, V(kD2), V(kD1));
+    U sb = as_uint(s);
+    I idx = bitcast<I>((sb & U(63)) << 1);
+    const float* tab = reinterpret_cast<const float*>(exp2_exp10_tables::kExp2fPairs64);
+    V hi, lo;
+    gather_pairs(tab, idx, hi, lo);
+    V y = fma(hi, q, lo) + hi;
+    return as_float<V>(as_uint(y) + ((sb << 17) & U(0xff800000u)));
+  }
+};
+
+// ---- single, fast classes (_native, _half) ------------------------------------------
+//
+// 2^x with no table: n = round(x), r = x - n, 2^x = 2^n p(r) with a cubic whose
+// constant term is 0.999928057 (the value at 0). Max error 1230 ulp (worst
+// x = 0x1.f9df7ap+0), relative 7.5e-5: within OpenCL's 8192 ulp for half_exp2.
+constexpr float kShift23 = f32_bits(0x4b400000u);  // 1.5 * 2^23
+constexpr float kE0 = f32_bits(0x3f7ffb49u);       // 0.999928057
+constexpr float kE1 = f32_bits(0x3f31798du);       // 0.693260968
+constexpr float kE2 = f32_bits(0x3e786f13u);       // 0.242611215
+constexpr float kE3 = f32_bits(0x3d61fbccu);       // 0.0551717728
+
+struct Exp2fFast : Exp2fBase {
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
+    using V = Vec<float, L>;
+    V s = x + V(kShift23);
+    V r = x - (s - V(kShift23));
+    V p = fma(fma(fma(V(kE3), r, V(kE2)), r, V(kE1)), r, V(kE0));
+    return as_float<V>(as_uint(p) + (as_uint(s) << 23));
+  }
+};
+
+}  // namespace exp2_detail
+
+namespace exp2_k {
+using full = exp2_detail::Exp2Full;
+using fast = exp2_detail::Exp2Fast;
+}  // namespace exp2_k
+namespace exp2f_k {
+using full = exp2_detail::Exp2fFull;
+using fast = exp2_detail::Exp2fFast;
+}  // namespace exp2f_k
+
+}  // namespace ravl
+
+#include "entries/exp2.inc"
+#include "entries/exp2f.inc"
