@@ -17,11 +17,18 @@
 //   expf  plain _rm             full   0.748 ulp
 //   expf  _native _half         fast   1776 ulp (relative 1.5e-4 = 2^-12.7)
 // The lanes computed by the scalar routines are within the full bounds.
+#include "exp_log/exp_common.h"
 #include "frame/entry.h"
 #include "tables/exp.h"
 
 namespace ravl {
 namespace exp_detail {
+
+// The reduction constants (kShift, kShift48, kInvLn2x64, kLn2o64Hi/Lo with n *
+// hi exact: here |n| < 2^16.1; kInvLn2x128, kLn2o128; the single kInvLn2f,
+// kShiftf, kLn2f), the overflow bounds kOverflow and kOverflowf, and the
+// scalar-routine steps come from exp_common.h.
+using namespace exp_common;
 
 // ---- bounds (shared by both double algorithms and the double routine) --------
 
@@ -31,9 +38,7 @@ namespace exp_detail {
 // add can form.
 constexpr uint64_t kFastBoundBits = 0x4086232affffffffull;
 constexpr double kFastBound = f64_bits(kFastBoundBits);
-// x above ln(DBL_MAX) (rounded down: 0x40862e42fefa39ef = 709.78271289338397)
-// overflows to +infinity.
-constexpr double kOverflow = f64_bits(0x40862e42fefa39efull);
+// x above kOverflow = ln(DBL_MAX) rounded down overflows to +infinity.
 // x below 0xc0874910d52d3051 = -745.13321910194111 (ln 2^-1075 rounded) gives
 // e^x < 2^-1075, which rounds to +0.
 constexpr double kUnderflow = f64_bits(0xc0874910d52d3051ull);
@@ -41,34 +46,7 @@ constexpr double kUnderflow = f64_bits(0xc0874910d52d3051ull);
 // denormal result.
 constexpr double kDenormal = f64_bits(0xc086232bdd7abcd2ull);
 
-// ---- reduction constants -----------------------------------------------------
-
-// The shifter 1.5 * 2^52 (0x4338000000000000): for |t| < 2^51, t + kShift
-// rounds t to an integer held in the low mantissa bits of the sum.
-constexpr double kShift = f64_bits(0x4338000000000000ull);
-// 1.5 * 2^48 (0x42f8000000000000): n + kShift48 holds 16 n in its low bits,
-// the byte offset of the (hi, lo) pair in the 64-entry table.
-constexpr double kShift48 = f64_bits(0x42f8000000000000ull);
-// 64 / ln 2 = 92.332482616893657 (0x40571547652b82fe).
-constexpr double kInvLn2x64 = f64_bits(0x40571547652b82feull);
-// ln 2 / 64 as hi + lo: hi = 0.010830424696223417 (0x3f862e42fefa0000) has 17
-// trailing zero bits, so n * hi is exact for |n| < 2^17 (here |n| < 2^16.1);
-// lo = 2.5728046223276691e-14 (0x3d1cf79abc9e3b3a).
-constexpr double kLn2o64Hi = f64_bits(0x3f862e42fefa0000ull);
-constexpr double kLn2o64Lo = f64_bits(0x3d1cf79abc9e3b3aull);
-
 // ---- the scalar routines -----------------------------------------------------
-
-// Values the compiler may not fold, so that the overflow and underflow
-// products below are computed at run time and raise their flags.
-RAVL_INLINE double opaque(double v) {
-  __asm__("" : "+x"(v));
-  return v;
-}
-// DBL_MAX (0x7fefffffffffffff); its square is +infinity with overflow.
-constexpr double kHuge = f64_bits(0x7fefffffffffffffull);
-// DBL_MIN + 1 ulp (0x0010000000000001); its square is +0 with underflow.
-constexpr double kTiny = f64_bits(0x0010000000000001ull);
 
 // Polynomial of the scalar routines: e^r - 1 - r ~ r^2 (1/2 + s3 r + s4 r^2 +
 // s5 r^3 + s6 r^4) on |r| <= ln2/128.
@@ -80,8 +58,6 @@ constexpr double kS6 = f64_bits(0x3f56c16a1c2a3ffdull);  // 0.001388887045923325
 constexpr double kSplit32 = f64_bits(0x41f8000000000000ull);
 // 2^-60 (0x3c30000000000000), the scale back from the denormal range.
 constexpr double kTwoM60 = f64_bits(0x3c30000000000000ull);
-
-RAVL_INLINE double pow2(int64_t field) { return f64_bits((uint64_t)field << 52); }
 
 // e^x for x within the caller's overflow and underflow bounds; x below
 // denormal_below takes the denormal-result path (status 4), the rest the
@@ -124,11 +100,7 @@ RAVL_INLINE int exp_core(double x, double denormal_below, double* out) {
     }
     return kStatusUnderflow;
   }
-  int64_t field = m + 1023;
-  if (field > 2046)  // m = 1024: 2^m is not a double; scale by 2^1023, then 2
-    *out = ((v + hi) * pow2(field - 1)) * 2.0;
-  else
-    *out = (v + hi) * pow2(field);
+  *out = scale_pow2(v + hi, m);
   return kStatusOk;
 }
 
@@ -139,21 +111,15 @@ RAVL_INLINE int exp_scalar(const double* xp, double* rp) {
   uint64_t ix = bits_of(x);
   uint64_t e = ix >> 52 & 2047;
   if (e == 2047) {  // infinity or NaN: -inf -> +0; +inf stays, NaN is quietened
-    *rp = ix == 0xfff0000000000000ull ? 0.0 : x * x;
+    *rp = exp_inf_or_nan(x);
     return kStatusOk;
   }
   if (e <= 970) {  // |x| < 2^-52: e^x rounds to 1 + x
     *rp = 1.0 + x;
     return kStatusOk;
   }
-  if (x > kOverflow) {
-    *rp = opaque(kHuge) * kHuge;
-    return kStatusOverflow;
-  }
-  if (x < kUnderflow) {
-    *rp = opaque(kTiny) * kTiny;
-    return kStatusUnderflow;
-  }
+  if (x > kOverflow) return overflow_result(rp);
+  if (x < kUnderflow) return underflow_result(rp);
   return exp_core(x, kDenormal, rp);
 }
 
@@ -162,10 +128,9 @@ RAVL_INLINE int exp_scalar(const double* xp, double* rp) {
 // (just above ln(2^-126) = -87.3365448: every kept lane has a normal result).
 constexpr uint32_t kFastBoundfBits = 0x42aeac4fu;
 constexpr float kFastBoundf = f32_bits(kFastBoundfBits);
-// x above 88.7228317 (0x42b17217, the largest single below ln FLT_MAX =
-// 88.7228391) overflows; x below -103.972076 (0xc2cff1b4, the smallest
-// single above ln 2^-150 = -103.9720771) rounds to +0.
-constexpr float kOverflowf = f32_bits(0x42b17217u);
+// x above kOverflowf = 88.7228317 (exp_common.h) overflows; x below
+// -103.972076 (0xc2cff1b4, the smallest single above ln 2^-150 =
+// -103.9720771) rounds to +0.
 constexpr float kUnderflowf = f32_bits(0xc2cff1b4u);
 
 // The single special-lane routine, shared by every single member: e^x in
@@ -175,7 +140,7 @@ RAVL_INLINE int expf_scalar(const float* xp, float* rp) {
   uint32_t ix = bits_of(x);
   uint32_t e = ix >> 23 & 255;
   if (e == 255) {  // infinity or NaN
-    *rp = ix == 0xff800000u ? 0.0f : x * x;
+    *rp = exp_inf_or_nan(x);
     return kStatusOk;
   }
   if (e < 75) {  // |x| < 2^-52
@@ -183,14 +148,8 @@ RAVL_INLINE int expf_scalar(const float* xp, float* rp) {
     return kStatusOk;
   }
   double xd = x;
-  if (xd > (double)kOverflowf) {
-    *rp = (float)(opaque(kHuge) * kHuge);
-    return kStatusOverflow;
-  }
-  if (xd < (double)kUnderflowf) {
-    *rp = (float)(opaque(kTiny) * kTiny);
-    return kStatusUnderflow;
-  }
+  if (xd > (double)kOverflowf) return overflow_result(rp);
+  if (xd < (double)kUnderflowf) return underflow_result(rp);
   double r;
   // Below -87.33654022216797 (-0x42aeac4f) the single result is denormal.
   int status = exp_core(xd, -(double)kFastBoundf, &r);
@@ -208,12 +167,7 @@ struct ExpDoubleBase : frame::Kernel {
   // underflow bound +0 (ordered compares: NaN lanes stay flagged).
   template <int L, class M>
   static RAVL_INLINE M settle(M flagged, Vec<double, L> x, Vec<double, L>& r) {
-    using V = Vec<double, L>;
-    M over = x > V(kOverflow);
-    M under = x < V(kUnderflow);
-    r = select(over, V(__builtin_inf()), r);
-    r = select(under, V(0.0), r);
-    return flagged & ~(over | under);
+    return settle_underflow(settle_overflow(flagged, x, r, kOverflow), x, r, kUnderflow);
   }
   static RAVL_INLINE int scalar(const double* x, double* r) { return exp_scalar(x, r); }
 };
@@ -223,12 +177,7 @@ struct ExpfBase : frame::Kernel {
   static constexpr bool has_callout = true;
   template <int L, class M>
   static RAVL_INLINE M settle(M flagged, Vec<float, L> x, Vec<float, L>& r) {
-    using V = Vec<float, L>;
-    M over = x > V(kOverflowf);
-    M under = x < V(kUnderflowf);
-    r = select(over, V(__builtin_inff()), r);
-    r = select(under, V(0.0f), r);
-    return flagged & ~(over | under);
+    return settle_underflow(settle_overflow(flagged, x, r, kOverflowf), x, r, kUnderflowf);
   }
   static RAVL_INLINE int scalar(const float* x, float* r) { return expf_scalar(x, r); }
 };
@@ -281,10 +230,8 @@ struct ExpFull : ExpDoubleBase {
 // 2.97e7 ulp (worst x = 0x1.4cb327242b3cp+6), relative 3.3e-9 = 2^-28.2: the
 // truncation r^3/6 at |r| = ln2/256, up to 2.98e7 ulp for a result whose
 // mantissa is near 2.
-// n = round(x 128/ln2); r = x - n ln2/128 (one constant);
-// e^x = 2^floor(n/128) T_j (1 + r + c r^2), j = n mod 128.
-constexpr double kInvLn2x128 = f64_bits(0x40671547652b82feull);  // 128/ln2 = 184.66496523378731
-constexpr double kLn2o128 = f64_bits(0x3f762e42fefa39efull);     // ln2/128 = 0.0054152123481245725
+// n = round(x 128/ln2) (kInvLn2x128); r = x - n ln2/128 (one constant,
+// kLn2o128); e^x = 2^floor(n/128) T_j (1 + r + c r^2), j = n mod 128.
 constexpr double kF2 = f64_bits(0x3fdffffc2808f7e8ull);          // 0.49999908361121337
 
 struct ExpFast : ExpDoubleBase {
@@ -306,7 +253,7 @@ struct ExpFast : ExpDoubleBase {
   // the whole pattern with 0x4086232affffffff: the same lanes as the full
   // class's test (|x| > 708.39599609374989), NaN and infinities included.
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
-    return as_int(abs(x)) > Vec<int64_t, L>((int64_t)kFastBoundBits);
+    return abs_bits_above(x, (int64_t)kFastBoundBits);
   }
 };
 
@@ -362,9 +309,6 @@ struct ExpfFull : ExpfBase {
 // relative 1.5e-4: within OpenCL's 8192 ulp for half_exp.
 // n = round(x/ln2); r = x - n ln2 (one constant), |r| <= ln2/2;
 // e^x = 2^n (1 + d1 r + d2 r^2 + d3 r^3).
-constexpr float kInvLn2f = f32_bits(0x3fb8aa3bu);  // 1/ln2 = 1.44269502
-constexpr float kShiftf = f32_bits(0x4b400000u);   // 1.5 * 2^23
-constexpr float kLn2f = f32_bits(0x3f317218u);     // ln2 = 0.693147182
 constexpr float kD1 = f32_bits(0x3f8003deu);       // 1.00011802
 constexpr float kD2 = f32_bits(0x3f00f2d6u);       // 0.503705382
 constexpr float kD3 = f32_bits(0x3e2963acu);       // 0.165419281
@@ -383,7 +327,7 @@ struct ExpfFast : ExpfBase {
   // The bits of |x| as a signed integer above those of 87.3365402: NaN and
   // infinities included.
   template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
-    return as_int(abs(x)) > Vec<int32_t, L>((int32_t)kFastBoundfBits);
+    return abs_bits_above(x, (int32_t)kFastBoundfBits);
   }
 };
 

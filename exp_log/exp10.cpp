@@ -22,11 +22,14 @@
 // rounds a double value once and is correctly rounded on every flagged single
 // (the test checks all of them under RAVL_ACCURACY_SCALE=4, every seventh by
 // default).
+#include "exp_log/exp_common.h"
 #include "frame/entry.h"
 #include "tables/exp2_exp10.h"
 
 namespace ravl {
 namespace exp10_detail {
+
+using exp_common::kShiftf;  // 1.5 * 2^23, the single classes' shifter
 
 // ---- bounds ------------------------------------------------------------------
 
@@ -80,18 +83,15 @@ constexpr double kC5 = f64_bits(0x3fe144c03efafb54ull);  // 0.53964245129450683
 
 // ---- the scalar routines -----------------------------------------------------
 
-RAVL_INLINE double opaque(double v) {
-  __asm__("" : "+x"(v));
-  return v;
-}
-// DBL_MAX (0x7fefffffffffffff); its square is +infinity with overflow.
-constexpr double kHuge = f64_bits(0x7fefffffffffffffull);
-// DBL_MIN + 1 ulp (0x0010000000000001); its square is +0 with underflow.
-constexpr double kTiny = f64_bits(0x0010000000000001ull);
+using exp_common::exp_inf_or_nan;
+using exp_common::inf_or_nan;
+using exp_common::overflow_result;
+using exp_common::pow2;
+using exp_common::scale_pow2;
+using exp_common::underflow_result;
+
 // 2^-1022 (0x0010000000000000).
 constexpr double kMinNormal = f64_bits(0x0010000000000000ull);
-
-RAVL_INLINE double pow2(int64_t field) { return f64_bits((uint64_t)field << 52); }
 
 // 10^x = 2^m (hi + v) for |x| <= 330: n = round(128 x log2 10), m = floor(n/128),
 // j = n mod 128, r = x - n log10(2)/128 in two steps, hi = hi_j and
@@ -116,19 +116,12 @@ RAVL_INLINE double exp10_reduce(double x, int64_t* m, double* v) {
 // The double special-lane routine, shared by every double member.
 RAVL_INLINE int exp10_scalar(const double* xp, double* rp) {
   double x = *xp;
-  uint64_t ix = bits_of(x);
-  if ((ix >> 52 & 2047) == 2047) {  // infinity or NaN: -inf -> +0; +inf stays, NaN is quietened
-    *rp = ix == 0xfff0000000000000ull ? 0.0 : x * x;
+  if (inf_or_nan(x)) {  // -inf -> +0; +inf stays, NaN is quietened
+    *rp = exp_inf_or_nan(x);
     return kStatusOk;
   }
-  if (x > kOverflow) {
-    *rp = opaque(kHuge) * kHuge;
-    return kStatusOverflow;
-  }
-  if (x < kUnderflow) {
-    *rp = opaque(kTiny) * kTiny;
-    return kStatusUnderflow;
-  }
+  if (x > kOverflow) return overflow_result(rp);
+  if (x < kUnderflow) return underflow_result(rp);
   int64_t m;
   double v;
   double hi = exp10_reduce(x, &m, &v);
@@ -146,11 +139,7 @@ RAVL_INLINE int exp10_scalar(const double* xp, double* rp) {
     *rp = (z - 1.0) * kMinNormal;
     return kStatusUnderflow;
   }
-  int64_t field = m + 1023;
-  if (field > 2046)  // m = 1024: 2^m is not a double; scale by 2^1023, then 2
-    *rp = ((hi + v) * pow2(field - 1)) * 2.0;
-  else
-    *rp = (hi + v) * pow2(field);
+  *rp = scale_pow2(hi + v, m);
   return kStatusOk;
 }
 
@@ -160,19 +149,12 @@ RAVL_INLINE int exp10_scalar(const double* xp, double* rp) {
 // denormal grid included) is the correct rounding of hi + v.
 RAVL_INLINE int exp10f_scalar(const float* xp, float* rp) {
   float x = *xp;
-  uint32_t ix = bits_of(x);
-  if ((ix >> 23 & 255) == 255) {  // infinity or NaN
-    *rp = ix == 0xff800000u ? 0.0f : x * x;
+  if (inf_or_nan(x)) {
+    *rp = exp_inf_or_nan(x);
     return kStatusOk;
   }
-  if (x > kOverflowf) {
-    *rp = (float)(opaque(kHuge) * kHuge);
-    return kStatusOverflow;
-  }
-  if (x < kUnderflowf) {
-    *rp = (float)(opaque(kTiny) * kTiny);
-    return kStatusUnderflow;
-  }
+  if (x > kOverflowf) return overflow_result(rp);
+  if (x < kUnderflowf) return underflow_result(rp);
   int64_t m;
   double v;
   double hi = exp10_reduce((double)x, &m, &v);
@@ -186,26 +168,12 @@ RAVL_INLINE int exp10f_scalar(const float* xp, float* rp) {
   return x < kDenormalf ? kStatusUnderflow : kStatusOk;
 }
 
-struct Exp10Base : frame::Kernel {
-  using sig = double(double);
-  static constexpr bool has_callout = true;
-  // The upper word of |x| above 0x40733a70, as one signed 64-bit compare of
-  // the whole pattern: |x| > 307.65258789062494, infinities and NaN.
-  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
-    return as_int(abs(x)) > Vec<int64_t, L>(kFastBoundBits);
-  }
-  static RAVL_INLINE int scalar(const double* x, double* r) { return exp10_scalar(x, r); }
-};
-
-struct Exp10fBase : frame::Kernel {
-  using sig = float(float);
-  static constexpr bool has_callout = true;
-  // Bits of |x| as a signed integer above those of 37.9297791: infinities and NaN included.
-  template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
-    return as_int(abs(x)) > Vec<int32_t, L>(kFastBoundfBits);
-  }
-  static RAVL_INLINE int scalar(const float* x, float* r) { return exp10f_scalar(x, r); }
-};
+// What every member of a precision shares: the lane test (the upper word of
+// |x| above 0x40733a70, as one signed 64-bit compare of the whole pattern:
+// |x| > 307.65258789062494, infinities and NaN; for singles the bits of |x|
+// above those of 37.9297791) and the scalar routine.
+using Exp10Base = exp_common::AbsBoundKernel<double, kFastBoundBits, exp10_scalar>;
+using Exp10fBase = exp_common::AbsBoundKernel<float, kFastBoundfBits, exp10f_scalar>;
 
 // ---- double, full class ---------------------------------------------------------
 //
@@ -268,7 +236,6 @@ struct Exp10Fast : Exp10Base {
 // hi has 10 significant bits and |n| < 2^14); 10^x = 2^floor(n/128)
 // (hi_j + lo_j) 10^r with 2^(j/128) = hi_j + lo_j in two singles;
 // y = hi_j + (hi_j q + lo_j), q = r (d1 + d2 r) ~ 10^r - 1.
-constexpr float kShiftf = f32_bits(0x4b400000u);          // 1.5 * 2^23
 constexpr float kLog2_10x128f = f32_bits(0x43d49a78u);    // 128 log2(10) = 425.206787
 constexpr float kLog10_2o128Hif = f32_bits(0x3b1a4000u);  // log10(2)/128 high part 0.00235366821
 constexpr float kLog10_2o128Lof = f32_bits(0xb5fb2bd8u);  // low part -1.87137175e-06

@@ -27,6 +27,7 @@
 // grid), within 0.5 + 0.25 ulp. The single routine rounds a double result
 // once and is correctly rounded on every flagged single (the test checks all
 // of them under RAVL_ACCURACY_SCALE=4, every seventh by default).
+#include "exp_log/exp_common.h"
 #include "frame/entry.h"
 #include "tables/exp.h"
 #include "tables/exp2_exp10.h"
@@ -50,8 +51,10 @@ constexpr int32_t kFastBoundfBits = 0x42fc0000;
 // 1.5 * 2^46 (0x42d8000000000000): for |x| < 2^45, x + kShift46 rounds x to a
 // multiple of 1/64, and the low mantissa bits of the sum hold n = round(64 x).
 constexpr double kShift46 = f64_bits(0x42d8000000000000ull);
-// 1.5 * 2^52 (0x4338000000000000): rounds to an integer held in the low bits.
-constexpr double kShift52 = f64_bits(0x4338000000000000ull);
+// The shifter 1.5 * 2^52, kShift, and 1.5 * 2^23, kShiftf (both rounding to
+// an integer held in the low bits), come from exp_common.h.
+using exp_common::kShift;
+using exp_common::kShiftf;
 
 // 2^r - 1 ~ r (c1 + c2 r + c3 r^2 + c4 r^3 + c5 r^4) on |r| <= 1/128 (c1 = ln 2
 // rounded): relative error of 1 + r P(r) against 2^r at most 1.4e-18 = 2^-59.3
@@ -65,20 +68,15 @@ constexpr double kC5 = f64_bits(0x3f55d870c4d8440aull);  // 0.001333341718581462
 
 // ---- the scalar routines -----------------------------------------------------
 
-// Values the compiler may not fold, so that the overflow and underflow
-// products below are computed at run time and raise their flags.
-RAVL_INLINE double opaque(double v) {
-  __asm__("" : "+x"(v));
-  return v;
-}
-// DBL_MAX (0x7fefffffffffffff); its square is +infinity with overflow.
-constexpr double kHuge = f64_bits(0x7fefffffffffffffull);
-// DBL_MIN + 1 ulp (0x0010000000000001); its square is +0 with underflow.
-constexpr double kTiny = f64_bits(0x0010000000000001ull);
+using exp_common::exp_inf_or_nan;
+using exp_common::inf_or_nan;
+using exp_common::overflow_result;
+using exp_common::pow2;
+using exp_common::scale_pow2;
+using exp_common::underflow_result;
+
 // 2^-100 (0x39b0000000000000), the scale back from the denormal range.
 constexpr double kTwoM100 = f64_bits(0x39b0000000000000ull);
-
-RAVL_INLINE double pow2(int64_t field) { return f64_bits((uint64_t)field << 52); }
 
 // 2^x = 2^m * y for |x| < 2^45: n = round(64 x), m = floor(n/64), j = n mod 64,
 // r = x - n/64 (exact), y = 2^(j/64) 2^r = hi_j (1 + lo_j) (1 + q) with lo_j
@@ -99,19 +97,12 @@ RAVL_INLINE double exp2_reduce(double x, int64_t* m) {
 // The double special-lane routine, shared by every double member.
 RAVL_INLINE int exp2_scalar(const double* xp, double* rp) {
   double x = *xp;
-  uint64_t ix = bits_of(x);
-  if ((ix >> 52 & 2047) == 2047) {  // infinity or NaN: -inf -> +0; +inf stays, NaN is quietened
-    *rp = ix == 0xfff0000000000000ull ? 0.0 : x * x;
+  if (inf_or_nan(x)) {  // -inf -> +0; +inf stays, NaN is quietened
+    *rp = exp_inf_or_nan(x);
     return kStatusOk;
   }
-  if (x >= 1024.0) {  // 2^x >= 2^1024
-    *rp = opaque(kHuge) * kHuge;
-    return kStatusOverflow;
-  }
-  if (x <= -1075.0) {  // 2^x <= 2^-1075, half the smallest denormal: rounds to +0
-    *rp = opaque(kTiny) * kTiny;
-    return kStatusUnderflow;
-  }
+  if (x >= 1024.0) return overflow_result(rp);    // 2^x >= 2^1024
+  if (x <= -1075.0) return underflow_result(rp);  // 2^x <= 2^-1075, half the smallest denormal: +0
   int64_t m;
   double y = exp2_reduce(x, &m);
   if (x < -1022.0) {
@@ -120,11 +111,7 @@ RAVL_INLINE int exp2_scalar(const double* xp, double* rp) {
     *rp = (y * pow2((m + 1123) & 2047)) * kTwoM100;
     return kStatusUnderflow;
   }
-  int64_t field = m + 1023;
-  if (field > 2046)  // m = 1024 (x just below 1024): 2^m is not a double
-    *rp = (y * pow2(field - 1)) * 2.0;
-  else
-    *rp = y * pow2(field);
+  *rp = scale_pow2(y, m);  // m = 1024 for x just below 1024
   return kStatusOk;
 }
 
@@ -133,45 +120,24 @@ RAVL_INLINE int exp2_scalar(const double* xp, double* rp) {
 // about 0.52 double ulp), rounded once to single when stored.
 RAVL_INLINE int exp2f_scalar(const float* xp, float* rp) {
   float x = *xp;
-  uint32_t ix = bits_of(x);
-  if ((ix >> 23 & 255) == 255) {  // infinity or NaN
-    *rp = ix == 0xff800000u ? 0.0f : x * x;
+  if (inf_or_nan(x)) {
+    *rp = exp_inf_or_nan(x);
     return kStatusOk;
   }
-  if (x >= 128.0f) {  // 2^x >= 2^128: +infinity
-    *rp = (float)(opaque(kHuge) * kHuge);
-    return kStatusOverflow;
-  }
-  if (x <= -150.0f) {  // 2^x <= 2^-150, half the smallest single denormal: +0
-    *rp = (float)(opaque(kTiny) * kTiny);
-    return kStatusUnderflow;
-  }
+  if (x >= 128.0f) return overflow_result(rp);    // 2^x >= 2^128: +infinity
+  if (x <= -150.0f) return underflow_result(rp);  // 2^x <= 2^-150, half the smallest single denormal: +0
   int64_t m;
   double y = exp2_reduce((double)x, &m);
   *rp = (float)(y * pow2(m + 1023));
   return x < -126.0f ? kStatusUnderflow : kStatusOk;
 }
 
-struct Exp2Base : frame::Kernel {
-  using sig = double(double);
-  static constexpr bool has_callout = true;
-  // The upper word of |x| above 0x408fefff, as one signed 64-bit compare of
-  // the whole pattern: |x| >= 1022, infinities and NaN.
-  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
-    return as_int(abs(x)) > Vec<int64_t, L>(kFastBoundBits);
-  }
-  static RAVL_INLINE int scalar(const double* x, double* r) { return exp2_scalar(x, r); }
-};
-
-struct Exp2fBase : frame::Kernel {
-  using sig = float(float);
-  static constexpr bool has_callout = true;
-  // Bits of |x| as a signed integer above those of 126: |x| > 126, infinities and NaN.
-  template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
-    return as_int(abs(x)) > Vec<int32_t, L>(kFastBoundfBits);
-  }
-  static RAVL_INLINE int scalar(const float* x, float* r) { return exp2f_scalar(x, r); }
-};
+// What every member of a precision shares: the lane test (the upper word of
+// |x| above 0x408fefff, as one signed 64-bit compare of the whole pattern:
+// |x| >= 1022, infinities and NaN; for singles the bits of |x| above those of
+// 126) and the scalar routine.
+using Exp2Base = exp_common::AbsBoundKernel<double, kFastBoundBits, exp2_scalar>;
+using Exp2fBase = exp_common::AbsBoundKernel<float, kFastBoundfBits, exp2f_scalar>;
 
 // ---- double, full class ---------------------------------------------------------
 //
@@ -217,8 +183,8 @@ constexpr double kP6 = f64_bits(0x3f241d3336b2ae61ull);  // 0.000153458120029414
 struct Exp2Fast : Exp2Base {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
-    V s = x + V(kShift52);
-    V r = x - (s - V(kShift52));
+    V s = x + V(kShift);
+    V r = x - (s - V(kShift));
     V p = fma(fma(fma(fma(fma(fma(V(kP6), r, V(kP5)), r, V(kP4)), r, V(kP3)), r, V(kP2)), r, V(kP1)), r, V(kP0));
     // s's low bits hold n; shifted by 52 they add n to p's exponent.
     return as_float<V>(as_uint(p) + (as_uint(s) << 52));
@@ -258,7 +224,6 @@ struct Exp2fFull : Exp2fBase {
 // 2^x with no table: n = round(x), r = x - n, 2^x = 2^n p(r) with a cubic whose
 // constant term is 0.999928057 (the value at 0). Max error 1230 ulp (worst
 // x = 0x1.f9df7ap+0), relative 7.5e-5: within OpenCL's 8192 ulp for half_exp2.
-constexpr float kShift23 = f32_bits(0x4b400000u);  // 1.5 * 2^23
 constexpr float kE0 = f32_bits(0x3f7ffb49u);       // 0.999928057
 constexpr float kE1 = f32_bits(0x3f31798du);       // 0.693260968
 constexpr float kE2 = f32_bits(0x3e786f13u);       // 0.242611215
@@ -267,8 +232,8 @@ constexpr float kE3 = f32_bits(0x3d61fbccu);       // 0.0551717728
 struct Exp2fFast : Exp2fBase {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
-    V s = x + V(kShift23);
-    V r = x - (s - V(kShift23));
+    V s = x + V(kShiftf);
+    V r = x - (s - V(kShiftf));
     V p = fma(fma(fma(V(kE3), r, V(kE2)), r, V(kE1)), r, V(kE0));
     return as_float<V>(as_uint(p) + (as_uint(s) << 23));
   }

@@ -21,11 +21,19 @@
 //   expm1f  plain       full   0.500 ulp (the fast double algorithm, rounded once)
 //   expm1f  _native     fast   8.6 ulp
 // The lanes computed by the scalar routines are within the full bounds.
+#include "exp_log/exp_common.h"
 #include "frame/entry.h"
 #include "tables/exp.h"
 
 namespace ravl {
 namespace expm1_detail {
+
+// The reduction constants (kShift, kShift48, kInvLn2x64, kLn2o64Hi/Lo with x -
+// n hi exact for |n| < 2^17; kInvLn2x128, kLn2o128; the single kInvLn2f,
+// kShiftf, kLn2f), the overflow bounds kOverflow and kOverflowf, and the
+// overflow result and result status of the scalar routines come from
+// exp_common.h.
+using namespace exp_common;
 
 // ---- bounds -------------------------------------------------------------------
 
@@ -33,42 +41,14 @@ namespace expm1_detail {
 // paths: below it n = round(x 64/ln2) <= 65533, so 2^floor(n/64) is a double
 // and every intermediate stays finite.
 constexpr double kFastBound = f64_bits(0x40862e0000000000ull);
-// x above ln(DBL_MAX) (rounded down: 0x40862e42fefa39ef = 709.78271289338397)
-// overflows to +infinity.
-constexpr double kOverflow = f64_bits(0x40862e42fefa39efull);
+// x above kOverflow = ln(DBL_MAX) rounded down overflows to +infinity.
 // x below -40: e^-40 = 4.2e-18 < 2^-54, so e^x - 1 rounds to -1. The vector
 // paths compute max(x, -40) instead of x.
 constexpr double kLow = -40.0;
 // Single: x above 88.0 leaves the single fast path (there n = round(x/ln2)
-// <= 127, so 2^n is a single); x above 88.7228317 (0x42b17217, the largest
-// single below ln FLT_MAX = 88.7228391) overflows; below -20 (e^-20 <
-// 2^-28) the single result is -1.
+// <= 127, so 2^n is a single); x above kOverflowf = 88.7228317 overflows; below -20 (e^-20 < 2^-28) the single result is -1.
 constexpr float kFastBoundf = 88.0f;
-constexpr float kOverflowf = f32_bits(0x42b17217u);
 constexpr float kLowf = -20.0f;
-
-// ---- reduction constants ------------------------------------------------------
-
-// The shifter 1.5 * 2^52 (0x4338000000000000): for |t| < 2^51, t + kShift
-// rounds t to an integer held in the low mantissa bits of the sum.
-constexpr double kShift = f64_bits(0x4338000000000000ull);
-// 1.5 * 2^48 (0x42f8000000000000): n + kShift48 holds 16 n in its low bits,
-// the byte offset of the (hi, lo) pair in the 64-entry table.
-constexpr double kShift48 = f64_bits(0x42f8000000000000ull);
-// 64 / ln 2 = 92.332482616893657 (0x40571547652b82fe).
-constexpr double kInvLn2x64 = f64_bits(0x40571547652b82feull);
-// ln 2 / 64 as hi + lo: hi (0x3f862e42fefa0000) has 17 trailing zero bits, so
-// x - n hi is exact for |n| < 2^17; lo = 2.5728046223276691e-14 (0x3d1cf79abc9e3b3a).
-constexpr double kLn2o64Hi = f64_bits(0x3f862e42fefa0000ull);
-constexpr double kLn2o64Lo = f64_bits(0x3d1cf79abc9e3b3aull);
-
-// Opaque values, so that the overflow product is computed at run time and
-// raises its flag.
-RAVL_INLINE double opaque(double v) {
-  __asm__("" : "+x"(v));
-  return v;
-}
-constexpr double kHuge = f64_bits(0x7fefffffffffffffull);  // DBL_MAX; squared: +inf, overflow
 
 // ---- double, full class ---------------------------------------------------------
 //
@@ -142,10 +122,7 @@ struct Expm1Full : frame::Kernel {
   // x above the overflow bound gives +infinity (ordered: NaN lanes stay flagged).
   template <int L, class M>
   static RAVL_INLINE M settle(M flagged, Vec<double, L> x, Vec<double, L>& r) {
-    using V = Vec<double, L>;
-    M over = x > V(kOverflow);
-    r = select(over, V(__builtin_inf()), r);
-    return flagged & ~over;
+    return settle_overflow(flagged, x, r, kOverflow);
   }
   // The double special-lane routine, shared by both double classes.
   static RAVL_INLINE int scalar(const double* xp, double* rp) {
@@ -159,17 +136,14 @@ struct Expm1Full : frame::Kernel {
         *rp = x;
         return kStatusOk;
       }
-      *rp = opaque(kHuge) * kHuge;
-      return kStatusOverflow;
+      return overflow_result(rp);
     }
     if (x > kFastBound) {  // e^x near DBL_MAX: 2 ((e^x - 2)/2), the -2 far below the last place
       *rp = core<2, 1>(F64x2(x))[0] * 2.0;
       return kStatusOk;
     }
-    double y = vec<2>(F64x2(x))[0];
-    *rp = y;
-    uint64_t ay = bits_of(y) & 0x7fffffffffffffffull;
-    return ay != 0 && ay < 0x0010000000000000ull ? kStatusUnderflow : kStatusOk;
+    *rp = vec<2>(F64x2(x))[0];
+    return denormal_status(*rp);
   }
 };
 
@@ -184,8 +158,6 @@ struct Expm1Full : frame::Kernel {
 // e^x - 1 = t (1 + p) - 1 = fma(t, p, t - 1), p = r + r^2 (1/2 + r/6 + r^2/24 + r^3/120)
 // (remainder r^6/720 < 2^-54 r on |r| <= ln2/256). t - 1 is exact for
 // 1/2 <= t <= 2^53, so near zero the result rounds once: for n = 0, p itself.
-constexpr double kInvLn2x128 = f64_bits(0x40671547652b82feull);  // 128/ln2 = 184.66496523378731
-constexpr double kLn2o128 = f64_bits(0x3f762e42fefa39efull);     // ln2/128 = 0.0054152123481245725
 
 template <int L> RAVL_INLINE Vec<double, L> expm1_fast(Vec<double, L> x0) {
   using V = Vec<double, L>;
@@ -235,10 +207,7 @@ struct Expm1fFull : frame::Kernel {
   }
   template <int L, class M>
   static RAVL_INLINE M settle(M flagged, Vec<float, L> x, Vec<float, L>& r) {
-    using V = Vec<float, L>;
-    M over = x > V(kOverflowf);
-    r = select(over, V(__builtin_inff()), r);
-    return flagged & ~over;
+    return settle_overflow(flagged, x, r, kOverflowf);
   }
   // The single special-lane routine, shared by both single classes: the
   // fast double algorithm, rounded once to single.
@@ -253,13 +222,10 @@ struct Expm1fFull : frame::Kernel {
         *rp = x;
         return kStatusOk;
       }
-      *rp = (float)(opaque(kHuge) * kHuge);
-      return kStatusOverflow;
+      return overflow_result(rp);
     }
-    float y = (float)expm1_fast<2>(F64x2((double)x))[0];
-    *rp = y;
-    uint32_t ay = bits_of(y) & 0x7fffffffu;
-    return ay != 0 && ay < 0x00800000u ? kStatusUnderflow : kStatusOk;
+    *rp = (float)expm1_fast<2>(F64x2((double)x))[0];
+    return denormal_status(*rp);
   }
 };
 
@@ -271,9 +237,6 @@ struct Expm1fFull : frame::Kernel {
 // (Taylor; the remainder r^7/5040 is the main error). t - 1 is exact for
 // -1 <= n <= 24; for n = 0 the result is p, so x near zero keeps its
 // relative accuracy and tiny x returns x.
-constexpr float kInvLn2f = f32_bits(0x3fb8aa3bu);  // 1/ln2 = 1.44269502
-constexpr float kShiftf = f32_bits(0x4b400000u);   // 1.5 * 2^23
-constexpr float kLn2f = f32_bits(0x3f317218u);     // ln2 = 0.693147182
 
 struct Expm1fFast : Expm1fFull {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x0) {

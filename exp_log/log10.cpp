@@ -13,7 +13,8 @@
 //   log10   _native _half         fast   2.87e6 ulp, relative 3.3e-10 = 2^-31.5
 //                                        (the r^4/4 truncation just below 1);
 //                                        about 1.5x the throughput of plain
-//   log10f  plain                 full   0.5 ulp
+//   log10f  plain                 full   0.5022 ulp (every positive normal single
+//                                        checked): in single, two-word table
 //   log10f  _native _half         fast   6.46 ulp
 #include "exp_log/log_core.h"
 

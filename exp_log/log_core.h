@@ -81,8 +81,14 @@ template <int Deg, int L> RAVL_INLINE VD<L> ln_tq(const Parts<L>& p) {
 
 // ---- bases: log_b(x) from E' and tq = -ln(R/B) + ln(1 + r) ----------------
 
+// Each base also carries the single constants of SingleFull: the pair table
+// of -log_b(R/1024), log_b(2) = c_hi + c_lo (c_hi = 0: the base is 2, E' log_b(2)
+// = E') and log_b(e) = h + l (h = 0: the base is e, h = 1, l = 0).
+
 // Natural logarithm: E' ln2 + tq.
 struct BaseE {
+  static constexpr const uint32_t* pairs_f = logtab::kLnPairsF;
+  static constexpr uint32_t c_hi_f = logtab::kLn2HiF, c_lo_f = logtab::kLn2LoF, h_f = 0, l_f = 0;
   template <class V> static RAVL_INLINE V combine(V e, V tq) {
     if constexpr (sizeof(LaneOf<V>) == 8) return fma(e, V(f64_bits(logtab::kLn2)), tq);
     else return fma(e, V(f32_bits(logtab::kLn2f)), tq);
@@ -90,6 +96,8 @@ struct BaseE {
 };
 // Base 2: E' + tq log2(e); exact E' for powers of two (tq = 0).
 struct Base2 {
+  static constexpr const uint32_t* pairs_f = logtab::kLog2PairsF;
+  static constexpr uint32_t c_hi_f = 0, c_lo_f = 0, h_f = logtab::kLog2eHiF, l_f = logtab::kLog2eLoF;
   template <class V> static RAVL_INLINE V combine(V e, V tq) {
     if constexpr (sizeof(LaneOf<V>) == 8) return fma(tq, V(f64_bits(logtab::kLog2e)), e);
     else return fma(tq, V(f32_bits(logtab::kLog2ef)), e);
@@ -97,6 +105,9 @@ struct Base2 {
 };
 // Base 10: E' log10(2) + tq log10(e).
 struct Base10 {
+  static constexpr const uint32_t* pairs_f = logtab::kLog10PairsF;
+  static constexpr uint32_t c_hi_f = logtab::kLog10_2HiF, c_lo_f = logtab::kLog10_2LoF, h_f = logtab::kLog10eHiF,
+                            l_f = logtab::kLog10eLoF;
   template <class V> static RAVL_INLINE V combine(V e, V tq) {
     if constexpr (sizeof(LaneOf<V>) == 8)
       return fma(e, V(f64_bits(logtab::kLog10_2)), tq * V(f64_bits(logtab::kLog10e)));
@@ -151,9 +162,9 @@ template <class Full> RAVL_INLINE int logd_scalar(const double* xp, double* rp) 
   return kStatusOk;
 }
 
-// The single routine of logf, log2f and log10f (every class): the single full
-// algorithm (degree 4, in double, rounded once to single); a single denormal
-// is a normal double.
+// The single routine of logf, log2f and log10f (every class): the double
+// reduction and the degree-4 polynomial in double (relative error below 2^-40),
+// rounded once to single; a single denormal is a normal double.
 template <class Base> RAVL_INLINE int logf_scalar(const float* xp, float* rp) {
   float x = *xp;
   int status;
@@ -187,25 +198,69 @@ template <class V> RAVL_INLINE MaskOf<V> special_bits(V x) {
 
 // ---- kernels shared by the single families ---------------------------------------
 
-// A single chunk computed through a double function of four lanes.
-template <class F, int L> RAVL_INLINE VF<L> via_double(VF<L> x) {
-  if constexpr (L == 8)
-    return join(convert<float>(F::d4(convert<double>(slice<0, 4>(x)))),
-                convert<float>(F::d4(convert<double>(slice<4, 4>(x)))));
-  else
-    return convert<float>(F::d4(convert<double>(x)));
+// Full single class of base Base, all in single with a two-word table.
+// Reduction as in SingleFast below (m' in [2^-10, 2^-9), R = nearest integer
+// to the reciprocal estimate, r = R m' - 1 exact, |r| < 2^-9.2), but with
+// E' = E - 127 for every R, so x = 2^E' (R/1024)(1 + r) and
+//   log_b(x) = E' (c_hi + c_lo) + (a_R + b_R) + (h + l) ln(1 + r),
+// a_R + b_R = -log_b(R/1024) in [0, log_b 2] (a_R and c_hi on the grid
+// 2^-17, 2^-18 for base 10, so a_512 = c_hi; |E'| <= 127).
+//   A = E' c_hi + a_R: exact (A on the grid 2^-17 with |A| <= 2^7, or on
+//     2^-18 with |A| < 2^6 for base 10: at most 24 significant bits);
+//   t + te = h r exactly (t = r for base e);
+//   S + err = A + t exactly (Fast2Sum: A = 0, or |A| > |t|, since |r| <= 0.875 m'
+//     while |-ln(R/1024) - E' ln 2| >= ln(1 + 1/1023) when R != 1024 or E' != 0;
+//     the cancellation of E' = -1 against a_R near ln 2 is exact in A);
+//   result = S + (((b_R + E' c_lo) + err) + te + r (l + r h (c2 + c3 r + c4 r^2))).
+// The tail is below 2^-8 |S| and its terms carry absolute errors near 2^-41
+// (b_R, c_lo, the Taylor truncation r^5/5), at least 2^-13 below |S| (|S| >
+// 1.1e-4 whenever a_R or E' is nonzero): the result is within 0.5 ulp plus
+// about 2^-4 ulp in the worst case.
+template <class Base, int L> RAVL_INLINE VF<L> ln_single(VF<L> x) {
+  static_assert(Base::c_hi_f == 0 || (Base::pairs_f[0] == Base::c_hi_f && Base::pairs_f[1] == Base::c_lo_f),
+                "row R = 512 must repeat the split of log_b(2)");
+  using V = VF<L>;
+  using U = Vec<uint32_t, L>;
+  using I = Vec<int32_t, L>;
+  V m = as_float<V>((as_uint(x) & U(0x007fffffu)) | U(0x3a800000u));
+  V R = round_imm<8>(rcp_approx(m));
+  V r = fms(R, m, V(1.0f));
+  V e = convert<float>((as_int(x) >> 23) - I(127));
+  V a, b;
+  // Pair index 2 (R - 512): R's unit is bit 14 of its pattern (512.0f = 0x44000000).
+  gather_pairs(reinterpret_cast<const float*>(Base::pairs_f), (as_int(R) - I(0x44000000)) >> 13, a, b);
+  V A;
+  if constexpr (Base::c_hi_f != 0) A = fma(e, V(f32_bits(Base::c_hi_f)), a);
+  else A = e + a;
+  V t = r, te(0.0f);
+  if constexpr (Base::h_f != 0) {
+    t = r * V(f32_bits(Base::h_f));
+    te = fms(r, V(f32_bits(Base::h_f)), t);
+  }
+  V S = A + t;
+  V err = t - (S - A);
+  // b_R + E' c_lo first: 0 exactly for E' = -1, R = 512 (b_512 = c_lo, the
+  // same rounding of the same value).
+  V lo = b;
+  if constexpr (Base::c_lo_f != 0) lo = fma(e, V(f32_bits(Base::c_lo_f)), lo);
+  lo = lo + err;
+  if constexpr (Base::h_f != 0) {
+    // l r + h r^2 P(r) = r (l + r Q(r)), Q = h P with the coefficients h c_i
+    // rounded to single (relative 2^-24 of a term below 2^-8 |S|).
+    constexpr float h = f32_bits(Base::h_f);
+    V Q = fma(r, fma(r, V(h * -0.25f), V(h / 3.0f)), V(h * -0.5f));
+    lo = fma(r, fma(r, Q, V(f32_bits(Base::l_f))), lo + te);
+  } else {
+    V P = fma(r, fma(r, V(-0.25f), V(f32_bits(0x3eaaaaabu))), V(-0.5f));  // c4, RN(1/3), c2
+    lo = fma(r * r, P, lo);
+  }
+  return S + lo;
 }
 
-// Full single class of base Base: the reduction and the degree-4 polynomial
-// in double (relative error below 2^-40 before the one rounding to single).
 template <class Base> struct SingleFull : frame::Kernel {
   using sig = float(float);
   static constexpr bool has_callout = true;
-  static RAVL_INLINE VD<4> d4(VD<4> x) {
-    Parts<4> p = reduce(x);
-    return Base::combine(p.e, ln_tq<4>(p));
-  }
-  template <int L> static RAVL_INLINE VF<L> vec(VF<L> x) { return via_double<SingleFull>(x); }
+  template <int L> static RAVL_INLINE VF<L> vec(VF<L> x) { return ln_single<Base>(x); }
   template <int L> static RAVL_INLINE Mask<float, L> special(VF<L> x, VF<L>) { return special_full(x); }
   static RAVL_INLINE int scalar(const float* x, float* r) { return logf_scalar<Base>(x, r); }
 };

@@ -125,6 +125,35 @@ int main() {
   print64(p10, 1026);
   std::printf("};\n\n");
 
+  // Pairs for the full single classes: a_R + b_R = -log_b(R/1024) for
+  // every R (0 <= -ln(R/1024) <= ln 2), a_R on the grid 2^-17 (bases e and
+  // 2) or 2^-18 (base 10), the grid of the matching log_b(2) high part below
+  // (so that a_512 - hi = 0 exactly), b_R = RN(-log_b(R/1024) - a_R) in single.
+  static uint32_t pf[3][1026];
+  for (long R = 512; R <= 1024; ++R) {
+    for (int base = 0; base <= 2; ++base) {
+      double a, b;
+      log_of(v, 1024, base);
+      log_of(t, R, base);
+      mpfr_sub(v, v, t, MPFR_RNDN);
+      split_grid(v, base == 2 ? -18 : -17, &a, &b);
+      mpfr_sub_d(v, v, a, MPFR_RNDN);
+      pf[base][2 * (R - 512)] = bits32((float)a);  // exact: 17 significant bits
+      pf[base][2 * (R - 512) + 1] = bits32(mpfr_get_flt(v, MPFR_RNDN));
+    }
+  }
+  const char* pf_name[3] = {"kLnPairsF", "kLog2PairsF", "kLog10PairsF"};
+  const char* pf_fn[3] = {"ln", "log2", "log10"};
+  for (int base = 0; base <= 2; ++base) {
+    std::printf(
+        "// Single %s pairs (a_R, b_R), 8 bytes a row: a_R + b_R = -%s(R/1024) to about 2^-42;\n"
+        "// a_R on the grid 2^-%d, b_R = RN(-%s(R/1024) - a_R) in single.\n",
+        pf_fn[base], pf_fn[base], base == 2 ? 18 : 17, pf_fn[base]);
+    std::printf("alignas(64) inline constexpr uint32_t %s[1026] = {\n", pf_name[base]);
+    print32(pf[base], 1026);
+    std::printf("};\n\n");
+  }
+
   // Constants: log10(2) = hi + lo with hi on the grid 2^-43 (42 significant
   // bits: E * hi is exact for |E| < 2^11); log2(e) and log10(e) as RN(c) + RN(c - RN(c)).
   double hi, lo;
@@ -162,6 +191,29 @@ int main() {
   mpfr_log10(t, v, MPFR_RNDN);
   std::printf("inline constexpr uint64_t kLog10e = 0x%016llxull;\n", (unsigned long long)bits64(mpfr_get_d(t, MPFR_RNDN)));
   std::printf("inline constexpr uint32_t kLog10ef = 0x%08xu;\n", bits32(mpfr_get_flt(t, MPFR_RNDN)));
+  // Constants of the full single classes: ln(2) and log10(2) as hi on the
+  // grid 2^-17 and 2^-18 (E * hi is exact for |E| <= 127: on that grid and
+  // below 2^7 and 2^6 in magnitude, so at most 24 bits) plus RN(c - hi) in single;
+  // log2(e) and log10(e) as RN(c) + RN(c - RN(c)) in single.
+  std::printf("// Single pairs: ln(2), log10(2) = Hi (grid 2^-17, 2^-18) + Lo; log2(e), log10(e) = Hi + Lo (RN, RN).\n");
+  mpfr_const_log2(t, MPFR_RNDN);
+  for (int k = 0; k < 4; ++k) {
+    const char* name[4] = {"kLn2", "kLog10_2", "kLog2e", "kLog10e"};
+    if (k == 1) mpfr_set(t, l10_2, MPFR_RNDN);
+    if (k == 2) mpfr_log2(t, v, MPFR_RNDN);
+    if (k == 3) mpfr_log10(t, v, MPFR_RNDN);
+    float h;
+    if (k < 2) {
+      split_grid(t, k == 0 ? -17 : -18, &hi, &lo);
+      h = (float)hi;
+    } else {
+      h = mpfr_get_flt(t, MPFR_RNDN);
+    }
+    mpfr_sub_d(t, t, h, MPFR_RNDN);
+    float l = mpfr_get_flt(t, MPFR_RNDN);
+    std::printf("inline constexpr uint32_t %sHiF = 0x%08xu;  // %.9g\n", name[k], bits32(h), h);
+    std::printf("inline constexpr uint32_t %sLoF = 0x%08xu;  // %.9g\n", name[k], bits32(l), l);
+  }
   mpfr_clears(v, t, l10_2, (mpfr_ptr)0);
   std::printf("\n}  // namespace logtab\n}  // namespace ravl\n");
   return 0;

@@ -1,0 +1,141 @@
+// Pieces shared by the exponential families (exp.cpp, exp2.cpp, exp10.cpp,
+// expm1.cpp): reduction constants with the same bits and meaning in several
+// families, the steps their scalar routines have in common (infinity and NaN
+// inputs, overflow and underflow results, scaling by 2^m) and the inline
+// settle passes for lanes beyond the overflow or underflow bound. Each
+// family's algorithm, lane test and scalar routine stay in its own file.
+#pragma once
+
+#include "frame/entry.h"
+
+namespace ravl {
+namespace exp_common {
+
+// ---- double reduction constants ------------------------------------------------
+
+// The shifter 1.5 * 2^52 (0x4338000000000000): for |t| < 2^51, t + kShift
+// rounds t to an integer held in the low mantissa bits of the sum.
+constexpr double kShift = f64_bits(0x4338000000000000ull);
+// 1.5 * 2^48 (0x42f8000000000000): n + kShift48 holds 16 n in its low bits,
+// the byte offset of the (hi, lo) pair in the 64-entry table.
+constexpr double kShift48 = f64_bits(0x42f8000000000000ull);
+// 64 / ln 2 = 92.332482616893657 (0x40571547652b82fe).
+constexpr double kInvLn2x64 = f64_bits(0x40571547652b82feull);
+// ln 2 / 64 as hi + lo: hi = 0.010830424696223417 (0x3f862e42fefa0000) has 17
+// trailing zero bits, so n * hi is exact and x - n hi is exact for |n| < 2^17;
+// lo = 2.5728046223276691e-14 (0x3d1cf79abc9e3b3a).
+constexpr double kLn2o64Hi = f64_bits(0x3f862e42fefa0000ull);
+constexpr double kLn2o64Lo = f64_bits(0x3d1cf79abc9e3b3aull);
+// 128 / ln 2 = 184.66496523378731 and ln 2 / 128 = 0.0054152123481245725 (one
+// constant: the reductions of the fast classes).
+constexpr double kInvLn2x128 = f64_bits(0x40671547652b82feull);
+constexpr double kLn2o128 = f64_bits(0x3f762e42fefa39efull);
+// x above ln(DBL_MAX) (rounded down: 0x40862e42fefa39ef = 709.78271289338397)
+// overflows e^x and e^x - 1 to +infinity.
+constexpr double kOverflow = f64_bits(0x40862e42fefa39efull);
+
+// ---- single reduction constants ------------------------------------------------
+
+constexpr float kInvLn2f = f32_bits(0x3fb8aa3bu);  // 1/ln2 = 1.44269502
+constexpr float kShiftf = f32_bits(0x4b400000u);   // 1.5 * 2^23: rounds |t| < 2^22 to an integer in the low bits
+constexpr float kLn2f = f32_bits(0x3f317218u);     // ln2 = 0.693147182
+// x above 88.7228317 (0x42b17217, the largest single below ln FLT_MAX =
+// 88.7228391) overflows e^x and e^x - 1 to +infinity.
+constexpr float kOverflowf = f32_bits(0x42b17217u);
+
+// ---- scalar-routine steps ------------------------------------------------------
+
+// Values the compiler may not fold, so that the overflow and underflow
+// products below are computed at run time and raise their flags.
+RAVL_INLINE double opaque(double v) {
+  __asm__("" : "+x"(v));
+  return v;
+}
+// DBL_MAX (0x7fefffffffffffff); its square is +infinity with overflow.
+constexpr double kHuge = f64_bits(0x7fefffffffffffffull);
+// DBL_MIN + 1 ulp (0x0010000000000001); its square is +0 with underflow.
+constexpr double kTiny = f64_bits(0x0010000000000001ull);
+
+// +infinity with the overflow flag raised, stored in *rp (double or single).
+template <class T> RAVL_INLINE int overflow_result(T* rp) {
+  *rp = (T)(opaque(kHuge) * kHuge);
+  return kStatusOverflow;
+}
+// +0 with the underflow flag raised, stored in *rp (double or single).
+template <class T> RAVL_INLINE int underflow_result(T* rp) {
+  *rp = (T)(opaque(kTiny) * kTiny);
+  return kStatusUnderflow;
+}
+
+// kStatusUnderflow for a nonzero denormal result y, else kStatusOk.
+RAVL_INLINE int denormal_status(double y) {
+  uint64_t ay = bits_of(y) & 0x7fffffffffffffffull;
+  return ay != 0 && ay < 0x0010000000000000ull ? kStatusUnderflow : kStatusOk;
+}
+RAVL_INLINE int denormal_status(float y) {
+  uint32_t ay = bits_of(y) & 0x7fffffffu;
+  return ay != 0 && ay < 0x00800000u ? kStatusUnderflow : kStatusOk;
+}
+
+// x is an infinity or NaN (all-ones exponent field).
+RAVL_INLINE bool inf_or_nan(double x) { return (bits_of(x) >> 52 & 2047) == 2047; }
+RAVL_INLINE bool inf_or_nan(float x) { return (bits_of(x) >> 23 & 255) == 255; }
+// e^x, 2^x or 10^x of an infinity or NaN x: -inf -> +0; +inf stays, NaN is
+// quietened (x * x).
+RAVL_INLINE double exp_inf_or_nan(double x) { return bits_of(x) == 0xfff0000000000000ull ? 0.0 : x * x; }
+RAVL_INLINE float exp_inf_or_nan(float x) { return bits_of(x) == 0xff800000u ? 0.0f : x * x; }
+
+// 2^(field - 1023) for a biased exponent field in [1, 2046].
+RAVL_INLINE double pow2(int64_t field) { return f64_bits((uint64_t)field << 52); }
+
+// y 2^m for -1022 <= m <= 1024 and y 2^m normal or overflowing: one rounding
+// at most (none for a normal result). For m = 1024, 2^m is not a double: y is
+// scaled by 2^1023, then by 2.
+RAVL_INLINE double scale_pow2(double y, int64_t m) {
+  int64_t field = m + 1023;
+  if (field > 2046) return (y * pow2(field - 1)) * 2.0;
+  return y * pow2(field);
+}
+
+// ---- lane tests and kernel bases ---------------------------------------------------
+
+// Lanes whose |x| has a bit pattern, read as a signed integer, above
+// bound_bits: |x| above the value of bound_bits, infinities and NaN, in one
+// integer compare.
+template <class V, class S> RAVL_INLINE auto abs_bits_above(V x, S bound_bits) {
+  return as_int(abs(x)) > SIntOf<V>(bound_bits);
+}
+
+// Kernel base of the families with no inline pass: the lanes of abs_bits_above
+// (x, kBoundBits) go to the scalar routine Scalar, which every class of the
+// precision shares.
+template <class T, auto kBoundBits, int (*Scalar)(const T*, T*)>
+struct AbsBoundKernel : frame::Kernel {
+  using sig = T(T);
+  static constexpr bool has_callout = true;
+  template <int L> static RAVL_INLINE Mask<T, L> special(Vec<T, L> x, Vec<T, L>) {
+    return abs_bits_above(x, kBoundBits);
+  }
+  static RAVL_INLINE int scalar(const T* x, T* r) { return Scalar(x, r); }
+};
+
+// ---- inline settle passes --------------------------------------------------------
+
+// Lanes above the overflow bound become +infinity, lanes below the underflow
+// bound +0 (ordered compares: NaN lanes stay flagged); returns the lanes still
+// flagged.
+template <class M, class V, class T>
+RAVL_INLINE M settle_overflow(M flagged, V x, V& r, T bound) {
+  M over = x > V(bound);
+  r = select(over, V((T)__builtin_inf()), r);
+  return flagged & ~over;
+}
+template <class M, class V, class T>
+RAVL_INLINE M settle_underflow(M flagged, V x, V& r, T bound) {
+  M under = x < V(bound);
+  r = select(under, V((T)0), r);
+  return flagged & ~under;
+}
+
+}  // namespace exp_common
+}  // namespace ravl

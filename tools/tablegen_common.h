@@ -1,0 +1,71 @@
+// Shared by the table generators tools/tablegen_*.cpp: the MPFR working
+// precision, IEEE bit patterns, and the printing of a table file (its opening
+// with the header comment and namespaces, each table, its closing).
+#pragma once
+
+#include <mpfr.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+namespace tablegen {
+
+// Working precision of every MPFR value; entries are rounded from it once.
+constexpr mpfr_prec_t kPrec = 256;
+
+inline uint64_t bits64(double d) {
+  uint64_t b;
+  std::memcpy(&b, &d, sizeof b);
+  return b;
+}
+inline uint32_t bits32(float f) {
+  uint32_t b;
+  std::memcpy(&b, &f, sizeof b);
+  return b;
+}
+inline double from_bits(uint64_t b) {
+  double d;
+  std::memcpy(&d, &b, sizeof d);
+  return d;
+}
+
+// v = 2^(j/n) to kPrec bits.
+inline void pow2_frac(mpfr_t v, int j, int n) {
+  mpfr_set_si(v, j, MPFR_RNDN);
+  mpfr_div_si(v, v, n, MPFR_RNDN);
+  mpfr_exp2(v, v, MPFR_RNDN);
+}
+
+// The opening of a table file: the header comment (whole "// ...\n" lines),
+// #pragma once, <stdint.h> and namespace ravl::<ns>.
+inline void open_file(const char* comment, const char* ns) {
+  std::printf("%s#pragma once\n\n#include <stdint.h>\n\nnamespace ravl {\nnamespace %s {\n\n", comment, ns);
+}
+inline void close_file(const char* ns) { std::printf("}  // namespace %s\n}  // namespace ravl\n", ns); }
+
+// The entries of a table, four doubles (or per_line singles) to a line.
+inline void print64(const uint64_t* v, int count) {
+  for (int i = 0; i < count; ++i)
+    std::printf("%s0x%016llxull,%s", i % 4 == 0 ? "    " : " ", (unsigned long long)v[i],
+                i % 4 == 3 || i == count - 1 ? "\n" : "");
+}
+inline void print32(const uint32_t* v, int count, int per_line) {
+  for (int i = 0; i < count; ++i)
+    std::printf("%s0x%08xu,%s", i % per_line == 0 ? "    " : " ", v[i],
+                i % per_line == per_line - 1 || i == count - 1 ? "\n" : "");
+}
+
+// A whole table: "<decl> = {", its entries, "};" and a blank line.
+inline void print_table64(const char* decl, const uint64_t* v, int count) {
+  std::printf("%s = {\n", decl);
+  print64(v, count);
+  std::printf("};\n\n");
+}
+inline void print_table32(const char* decl, const uint32_t* v, int count, int per_line) {
+  std::printf("%s = {\n", decl);
+  print32(v, count, per_line);
+  std::printf("};\n\n");
+}
+
+}  // namespace tablegen
