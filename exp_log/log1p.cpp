@@ -21,6 +21,7 @@
 //   log1pf  _native     fast   3.14 ulp
 // The lanes computed by the scalar routines are within the full bounds.
 #include "frame/entry.h"
+#include "tables/log.h"
 #include "tables/log1p.h"
 
 namespace ravl {
@@ -209,7 +210,7 @@ template <int L> RAVL_INLINE Vec<double, L> log1p_fast(Vec<double, L> x) {
   V u = V(1.0) + x;
   V c = x - (u - V(1.0));
   Reduced<L> q = reduce<L>(u, c);
-  V t = gather(reinterpret_cast<const double*>(log1p_tables::kLog1pFast), row<L>(q.R, 43));
+  V t = gather(reinterpret_cast<const double*>(log_tables::kLogFast), row<L>(q.R, 43));
   V e = unbiased<L>(q.ub, select(q.R <= V(724.0), V(1.0), V(0.0)));
   V r = q.r;
   V p = fma(r * r, fma(r, fma(r, fma(r, V(kP5), V(kP4)), V(kP3)), V(kP2)), q.d);

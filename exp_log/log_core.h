@@ -19,6 +19,7 @@
 #pragma once
 
 #include "frame/entry.h"
+#include "tables/log.h"
 #include "tables/logtab.h"
 
 namespace ravl {
@@ -66,12 +67,12 @@ constexpr double kC2 = -0.5;
 constexpr double kC3 = f64_bits(0x3fd5555555555555ull);   // 1/3
 constexpr double kC4 = -0.25;
 
-// -ln(R/B) + ln(1 + r), with the single-word table kLnT and the Taylor
+// -ln(R/B) + ln(1 + r), with the single-word table kLogFast (tables/log.h) and the Taylor
 // polynomial of degree Deg (3 or 4). Truncation at |r| < 2^-9.2 (the
 // reachable range): r^4/4, relative 2^-31.6 (Deg 3); r^5/5, relative 2^-41 (Deg 4).
 template <int Deg, int L> RAVL_INLINE VD<L> ln_tq(const Parts<L>& p) {
   using V = VD<L>;
-  V t = gather(reinterpret_cast<const double*>(logtab::kLnT), p.row);
+  V t = gather(reinterpret_cast<const double*>(log_tables::kLogFast), p.row);
   V r = p.r, r2 = r * r;
   V c;
   if constexpr (Deg == 3) c = fma(r, V(kC3), V(kC2));
@@ -289,7 +290,7 @@ template <class Base> struct SingleFast : frame::Kernel {
   static RAVL_INLINE int scalar(const float* x, float* r) { return logf_scalar<Base>(x, r); }
 };
 
-// Fast double class of base Base: the single-word table kLnT and the
+// Fast double class of base Base: the single-word table kLogFast (tables/log.h) and the
 // degree-3 polynomial; one gather, no double-double arithmetic. Special
 // lanes go to the routine of the family's full class Full.
 template <class Base, class Full> struct DoubleFast : frame::Kernel {

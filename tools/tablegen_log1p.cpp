@@ -27,7 +27,7 @@ int main() {
       "log1p_tables");
 
   constexpr int kRows = 513;  // the declarations below name 2 kRows and kRows
-  static uint64_t full[2 * kRows], fast[kRows];
+  static uint64_t full[2 * kRows];
   mpfr_t v, t;
   mpfr_inits2(kPrec, v, t, (mpfr_ptr)0);
   for (int R = 512; R <= 1024; ++R) {
@@ -42,9 +42,6 @@ int main() {
     mpfr_sub(t, v, t, MPFR_RNDN);
     full[2 * (R - 512)] = bits64(hi);
     full[2 * (R - 512) + 1] = bits64(mpfr_get_d(t, MPFR_RNDN));
-    // Fast: one double, -ln(R/512) up to R = 724, -ln(R/1024) above.
-    neg_log_ratio(v, R, R <= 724 ? 512 : 1024);
-    fast[R - 512] = bits64(mpfr_get_d(v, MPFR_RNDN));
   }
   mpfr_clears(v, t, (mpfr_ptr)0);
 
@@ -54,10 +51,6 @@ int main() {
       "// Row 0 (R = 512) is ln 2 split the same way; row 512 (R = 1024) is (0, 0).\n");
   print_table64("alignas(64) inline constexpr uint64_t kLog1pFull[1026]", full, 2 * kRows);
 
-  std::printf(
-      "// Table of the fast double classes and of the single full class, one double per R:\n"
-      "//   T(R) = RN(-ln(R/512)) for R <= 724,  T(R) = RN(-ln(R/1024)) for R > 724.\n");
-  print_table64("alignas(64) inline constexpr uint64_t kLog1pFast[513]", fast, kRows);
 
   close_file("log1p_tables");
   return 0;
