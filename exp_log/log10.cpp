@@ -23,11 +23,6 @@ namespace log10_detail {
 
 using namespace log_core;
 
-// Taylor coefficients of ln(1 + r) beyond kC4 (see log2.cpp).
-constexpr double kC5 = f64_bits(0x3fc999999999999aull);  // 1/5
-constexpr double kC6 = f64_bits(0xbfc5555555555555ull);  // -1/6
-constexpr double kC7 = f64_bits(0x3fc2492492492492ull);  // 1/7
-
 // ---- double, full class ---------------------------------------------------------
 //
 // log10(x) = E' log10(2) + (a_R + b_R) + log10(e) ln(1 + r) with

@@ -26,12 +26,6 @@ namespace log2_detail {
 
 using namespace log_core;
 
-// Taylor coefficients of ln(1 + r) = r + r^2 (c2 + c3 r + ... + c7 r^5);
-// truncation r^8/8 at |r| < 2^-9.2: relative 2^-67.
-constexpr double kC5 = f64_bits(0x3fc999999999999aull);  // 1/5
-constexpr double kC6 = f64_bits(0xbfc5555555555555ull);  // -1/6
-constexpr double kC7 = f64_bits(0x3fc2492492492492ull);  // 1/7
-
 // ---- double, full class ---------------------------------------------------------
 //
 // log2(x) = E' + (a_R + b_R) + log2(e) ln(1 + r), with a_R + b_R = -log2(R/B)

@@ -66,6 +66,11 @@ template <int L> RAVL_INLINE Parts<L> reduce(VD<L> x) {
 constexpr double kC2 = -0.5;
 constexpr double kC3 = f64_bits(0x3fd5555555555555ull);   // 1/3
 constexpr double kC4 = -0.25;
+// The higher terms of the full double classes (log2, log10): truncation
+// r^8/8 at |r| < 2^-9.2, relative 2^-67.
+constexpr double kC5 = f64_bits(0x3fc999999999999aull);  // 1/5
+constexpr double kC6 = f64_bits(0xbfc5555555555555ull);  // -1/6
+constexpr double kC7 = f64_bits(0x3fc2492492492492ull);  // 1/7
 
 // -ln(R/B) + ln(1 + r), with the single-word table kLogFast (tables/log.h) and the Taylor
 // polynomial of degree Deg (3 or 4). Truncation at |r| < 2^-9.2 (the
