@@ -1,0 +1,33 @@
+// modf(x): the fractional part x - trunc(x), with x's sign, and the integral
+// part trunc(x) through the pointer. Exact for every input; no special lanes.
+//   modf(+-inf) = +-0, integral part +-inf
+//   modf(NaN)   = NaN, integral part NaN (both x quieted, payload kept)
+//   zeros keep their sign: modf(-3.0) = -0 with -3.0, modf(-0) = -0 with -0.
+//
+// x - trunc(x) is exact: trunc(x) has x's sign, |trunc(x)| <= |x|, and both
+// share x's exponent or trunc(x) is zero, so the difference is made of x's
+// own low bits. Its sign is then set from x, which also gives the sign of a
+// zero fraction in every rounding mode.
+#include "ieee/ieee_fields.h"
+
+namespace ravl {
+
+template <class T> struct ModfKernel : frame::Kernel {
+  using sig = T(T, T*);
+
+  template <int L> static RAVL_INLINE Two<Vec<T, L>, Vec<T, L>> vec(Vec<T, L> x) {
+    using V = Vec<T, L>;
+    V i = round_imm<3 | 8>(x);  // toward zero, no inexact exception
+    V d = x - i;                // NaN for infinite x, x quieted for NaN x
+    d = select(abs(x) == V(__builtin_inf()), V(0), d);
+    return {as_float<V>(as_uint(abs(d)) | sign_bit(x)), i};
+  }
+};
+
+namespace modf_k { using full = ModfKernel<double>; }
+namespace modff_k { using full = ModfKernel<float>; }
+
+}  // namespace ravl
+
+#include "entries/modf.inc"
+#include "entries/modff.inc"

@@ -1,0 +1,210 @@
+// The exact remainder shared by fmod, remainder and remquo (double and float).
+//
+// All three compute r = x - n*y exactly (C99 Annex F, OpenCL C): n is the
+// quotient x/y truncated toward zero (fmod) or rounded to the nearest integer,
+// ties to even (remainder, remquo). The result is exact for every finite pair,
+// a zero result has the sign of x, x infinite or y zero gives NaN (status 1),
+// y infinite gives x for finite x, a NaN operand gives that NaN quieted (x's
+// when both are NaN). remquo also returns the low 7 bits of |n| with the sign
+// of x/y (0 for NaN results and for y infinite).
+//
+// Vector path: with ax = |x|, ay = |y| and t = ax/ay rounded (any rounding
+// mode), let m = floor(ax/ay). When t < 2^p (p the mantissa field width, 52 or
+// 23), m < 2^p is representable, so t >= m and t <= m + 1 after rounding and
+// q = trunc(t) is m or m + 1. Then ax - q*ay lies in [-ay, ay); when ax >= ay
+// it is a multiple of the unit of ay's last place (so is ax), hence
+// representable; when ax < ay, q is 0 (value ax) or 1 (ax - ay, exact by
+// Sterbenz since t rounded to 1 means ax > ay/2). So one fnma gives it
+// exactly. A negative value means q = m + 1; adding ay back is exact for the
+// same reasons. So r = ax mod ay and m come out exact with no
+// dependence on the rounding mode, and m + 2^p holds m's low bits in its
+// mantissa (parity and the quotient bits of remquo).
+// Special lanes: t >= 2^p or NaN (x infinite, y zero, NaN operands, large
+// exponent differences) and y infinite or NaN. The scalar routine settles
+// them, the finite pairs by repeating the same exact step on y scaled by a
+// power of two (a long division taking p - 2 quotient bits a step).
+#pragma once
+
+#include "ieee/ieee_fields.h"
+
+namespace ravl {
+
+enum class RemMode { fmod, nearest };
+
+// ---- scalar: long division by exact steps ---------------------------------
+
+// |x| = m * 2^e with m an integer; nonzero m normalized to [2^mant_bits, 2^(mant_bits+1)).
+template <class T> struct Unpacked {
+  uint64_t m;
+  int e;
+};
+template <class T> RAVL_INLINE Unpacked<T> unpack(T a) {
+  using I = Ieee<T>;
+  constexpr int emin_unit = 1 - I::bias - I::mant_bits;  // exponent of the least denormal
+  const uint64_t b = bits_of(a) & ~I::sign_mask;
+  const int field = (int)(b >> I::mant_bits);
+  uint64_t m = b & ((uint64_t(1) << I::mant_bits) - 1);
+  if (field != 0) return {m | (uint64_t(1) << I::mant_bits), field - I::bias - I::mant_bits};
+  const int s = __builtin_clzll(m) - (63 - I::mant_bits);  // m != 0 here
+  return {m << s, emin_unit - s};
+}
+// 2^e for emin_unit <= e <= the largest unit exponent, built from its bits.
+template <class T> RAVL_INLINE T pow2(int e) {
+  using I = Ieee<T>;
+  using U = typename I::U;
+  constexpr int emin_unit = 1 - I::bias - I::mant_bits;
+  if (e >= 1 - I::bias) return __builtin_bit_cast(T, (U)((U)(e + I::bias) << I::mant_bits));
+  return __builtin_bit_cast(T, (U)((U)1 << (e - emin_unit)));
+}
+// m * 2^e for a significand m < 2^(mant_bits+1), when that value is
+// representable (then below the least denormal's exponent m's low bits are 0).
+template <class T> RAVL_INLINE T scaled(uint64_t m, int e) {
+  constexpr int emin_unit = 1 - Ieee<T>::bias - Ieee<T>::mant_bits;
+  return e >= emin_unit ? (T)m * pow2<T>(e) : (T)(m >> (emin_unit - e)) * pow2<T>(emin_unit);
+}
+
+// |x| mod |y| in [0, |y|) and the low 32 bits of floor(|x| / |y|), for finite
+// x and finite nonzero y, in any rounding mode.
+//
+// Each step is the vector path's exact step: while ax/ay >= 2^p, ys = ay * 2^s
+// with s chosen so that 2^(p-2) <= ax/ys < 2^p (ys is representable: it lies
+// between ay and ax and its last place is at least ay's), q = trunc(ax/ys) is
+// the integer quotient or one more, and ax - q*ys in [-ys, ys) is exact. So
+// ax mod ys replaces ax (ax mod ay is unchanged since ys is a multiple of ay)
+// and each step removes p - 2 bits of the exponent difference (at most 42
+// steps for double, 11 for float). The quotient is the sum of the q * 2^s.
+template <class T> struct RemParts {
+  T r;
+  uint32_t n;
+};
+template <class T> RAVL_INLINE T trunc_scalar(T a) {
+  if constexpr (sizeof(T) == 8) return __builtin_trunc(a);
+  else return __builtin_truncf(a);
+}
+template <class T> RAVL_INLINE RemParts<T> rem_core(T ax, T ay) {
+  using I = Ieee<T>;
+  constexpr T two_p = (T)(uint64_t(1) << I::mant_bits);
+  constexpr int P = I::mant_bits + 1;
+  const Unpacked<T> y = unpack(ay);
+  uint32_t n = 0;
+  // ax/ay overflowing to infinity also takes the loop.
+  while (!(ax / ay < two_p)) {
+    const int s = unpack(ax).e - y.e - (P - 2);  // >= 1 here
+    const T ys = scaled<T>(y.m, y.e + s);
+    T q = trunc_scalar(ax / ys);
+    T r = fma(-q, ys, ax);
+    if (r < T(0)) r = r + ys, q = q - T(1);
+    if (s < 32) n += (uint32_t)((uint64_t)(int64_t)q << s);
+    ax = r;
+  }
+  T q = trunc_scalar(ax / ay);
+  T r = fma(-q, ay, ax);
+  if (r < T(0)) r = r + ay, q = q - T(1);
+  n += (uint32_t)(int64_t)q;
+  return {__builtin_bit_cast(T, bits_of(r) & ~I::sign_mask), n};  // a -0 of directed rounding becomes +0
+}
+
+template <class T, RemMode mode> RAVL_INLINE int rem_scalar(T x, T y, T* r, int32_t* quo) {
+  using I = Ieee<T>;
+  *quo = 0;
+  if (is_nan_scalar(x) || is_nan_scalar(y)) {
+    *r = times_one(is_nan_scalar(x) ? x : y);
+    return kStatusOk;
+  }
+  const T ax = __builtin_bit_cast(T, bits_of(x) & ~I::sign_mask);
+  const T ay = __builtin_bit_cast(T, bits_of(y) & ~I::sign_mask);
+  if (ax == __builtin_inf() || ay == T(0)) {
+    *r = __builtin_bit_cast(T, (typename I::U)(I::exp_mask | I::quiet_bit));
+    return kStatusDomain;
+  }
+  if (ay == __builtin_inf()) {
+    *r = x;
+    return kStatusOk;
+  }
+  RemParts<T> p = rem_core(ax, ay);
+  T v = p.r;
+  uint32_t n = p.n;
+  if constexpr (mode == RemMode::nearest) {
+    // 2v overflowing to infinity still compares right; v - ay is exact (Sterbenz).
+    const T v2 = v + v;
+    if (v2 > ay || (v2 == ay && (n & 1))) v = v - ay, n += 1;
+  }
+  const bool neg_x = (bits_of(x) & I::sign_mask) != 0;
+  *r = __builtin_bit_cast(T, bits_of(v) ^ (neg_x ? I::sign_mask : 0));
+  const int32_t q7 = (int32_t)(n & 127);
+  *quo = ((bits_of(x) ^ bits_of(y)) & I::sign_mask) ? -q7 : q7;
+  return kStatusOk;
+}
+
+// ---- vector path -----------------------------------------------------------------
+
+template <class T, int L> struct RemVec {
+  Vec<T, L> r;              // the result
+  Vec<int32_t, L> quo;      // remquo's quotient bits with sign
+};
+
+template <class T, RemMode mode, int L> RAVL_INLINE RemVec<T, L> rem_vec(Vec<T, L> x, Vec<T, L> y) {
+  using V = Vec<T, L>;
+  using S = SIntOf<V>;
+  using U = UIntOf<V>;
+  using I = Ieee<T>;
+  const V two_p = V((T)(uint64_t(1) << I::mant_bits));  // 2^p: integers below it sit in the mantissa
+  const V ax = abs(x), ay = abs(y);
+  const V q = round_imm<3 | 8>(ax / ay);                   // m or m + 1 (see above)
+  V v = fnma(q, ay, ax);                                   // ax - q*ay, exact
+  const S over = v < V(0);
+  v = abs(select(over, v + ay, v));                        // ax mod ay; abs clears a -0 of directed rounding
+  U nb = as_uint((q - select(over, V(1), V(0))) + two_p);  // m in the low bits
+  if constexpr (mode == RemMode::fmod) {
+    return {as_float<V>(as_uint(v) | sign_bit(x)), Vec<int32_t, L>(0)};
+  } else {
+    const V v2 = v + v;
+    const S up = (v2 > ay) | ((v2 == ay) & (as_int(nb & U(1)) != S(0)));
+    v = select(up, v - ay, v);
+    nb = nb - as_uint(up);
+    S q7 = as_int(nb & U(127));
+    q7 = select(as_int(sign_bit(x) ^ sign_bit(y)) != S(0), -q7, q7);
+    return {as_float<V>(as_uint(v) ^ sign_bit(x)), convert<int32_t>(q7)};
+  }
+}
+
+// Lanes the vector path cannot settle: |x|/|y| >= 2^p or NaN, y infinite or NaN.
+template <class T, int L> RAVL_INLINE Mask<T, L> rem_special(Vec<T, L> x, Vec<T, L> y) {
+  using V = Vec<T, L>;
+  const V two_p = V((T)(uint64_t(1) << Ieee<T>::mant_bits));
+  return ~(abs(x) / abs(y) < two_p) | inf_or_nan(y);
+}
+
+// The kernels: one result (fmod, remainder) or the quotient bits through the
+// pointer (remquo). The fourth lane of width 3 is filled with 1 % 1.
+template <class T, RemMode mode> struct RemKernel : frame::Kernel {
+  using sig = T(T, T);
+  static constexpr bool has_callout = true;
+  static constexpr bool has_width3_fill = true;
+  static constexpr double width3_fill = 1.0;
+  template <int L> static RAVL_INLINE Vec<T, L> vec(Vec<T, L> x, Vec<T, L> y) { return rem_vec<T, mode>(x, y).r; }
+  template <int L> static RAVL_INLINE Mask<T, L> special(Vec<T, L> x, Vec<T, L> y, const Vec<T, L>&) {
+    return rem_special(x, y);
+  }
+  static int scalar(const T* x, const T* y, T* r) {
+    int32_t q;
+    return rem_scalar<T, mode>(*x, *y, r, &q);
+  }
+};
+
+template <class T> struct RemquoKernel : frame::Kernel {
+  using sig = T(T, T, int32_t*);
+  static constexpr bool has_callout = true;
+  static constexpr bool has_width3_fill = true;
+  static constexpr double width3_fill = 1.0;
+  template <int L> static RAVL_INLINE Two<Vec<T, L>, Vec<int32_t, L>> vec(Vec<T, L> x, Vec<T, L> y) {
+    RemVec<T, L> v = rem_vec<T, RemMode::nearest>(x, y);
+    return {v.r, v.quo};
+  }
+  template <int L, class O> static RAVL_INLINE Mask<T, L> special(Vec<T, L> x, Vec<T, L> y, const O&) {
+    return rem_special(x, y);
+  }
+  static int scalar(const T* x, const T* y, T* r, int32_t* q) { return rem_scalar<T, RemMode::nearest>(*x, *y, r, q); }
+};
+
+}  // namespace ravl
