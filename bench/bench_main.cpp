@@ -1,181 +1,311 @@
-// Throughput benchmark: nanoseconds per element of library entry points beside
-// SLEEF's AVX2 functions, measured in the same run, over L1-resident arrays.
+// Throughput benchmark: nanoseconds per element of library entry points, and
+// on Linux of SLEEF's AVX2 functions beside them, measured in the same run
+// over L1-resident arrays.
 //
-//   build/bench/ravl_bench [filter]
+//   build/bench/ravl_bench [--tsv] [filter]                     the .so
+//   wine build/bench/ravl_bench_win.exe [--tsv] DLL [filter]        the DLL
 //
 // Each row: the best of several timed passes of a loop that calls the entry
-// point on consecutive vectors of preset inputs and stores the results.
-// The ratio column is the peer's ns/element divided by ours (above 1: faster).
-// The "call floor" rows time the same loop around an entry point that does one
-// AND: on a machine where a call costs several nanoseconds, that floor is part
-// of every row, ours and the peer's alike.
-#include <sleef.h>
+// point on consecutive vectors of preset inputs and stores the results. Our
+// entries are called through the address the loader resolved, as a runtime
+// calls them; SLEEF's through the PLT. The ratio is the peer's ns/element
+// divided by ours (above 1: faster). The "call floor" rows time the same loop
+// around an entry that does one AND: that floor is part of every row, ours
+// and the peer's alike. Cycles per call are reckoned from a calibrated chain
+// of dependent adds (one cycle each), so they hold whatever the clock.
+//
+// C library only, so that the same file builds for Windows (MinGW) without a
+// C++ library; bench/report.py joins the .so run, the DLL run under Wine and
+// llvm-mca's bound of each entry's common path into one table.
+#include <stdint.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
 
-#include <chrono>
-#include <cmath>
-#include <cstdint>
-#include <cstdio>
-#include <cstring>
-#include <random>
-#include <string>
-#include <vector>
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#include <sleef.h>
+#include <time.h>
+#endif
 
 #include "ocl_ravl_l9.h"
 
 namespace {
 
 constexpr int kElems = 4096;  // 32 KiB of doubles: stays in L1/L2
-constexpr int kPasses = 30;
+constexpr int kPasses = 40;
+constexpr int kReps = 16;
 
-struct Row {
-  std::string name;
-  std::string peer;  // the row (by name) this one is compared against, or empty
-  double ns;
-};
+double now_ns() {
+#ifdef _WIN32
+  LARGE_INTEGER f, c;
+  QueryPerformanceFrequency(&f);
+  QueryPerformanceCounter(&c);
+  return (double)c.QuadPart * 1e9 / (double)f.QuadPart;
+#else
+  timespec t;
+  clock_gettime(CLOCK_MONOTONIC, &t);
+  return (double)t.tv_sec * 1e9 + (double)t.tv_nsec;
+#endif
+}
 
-// Best of kPasses timed passes; f maps one vector of In to one of Out. The
-// loop calls the entry point directly (through the PLT, as for the peer).
-template <class In, class Out, class F> double time_fn(double lo, double hi, F f) {
-  using Lane = decltype(In{}[0]);
-  constexpr int lanes = sizeof(In) / sizeof(Lane);
-  static In in[kElems / lanes];
-  static Out out[kElems / lanes];
-  std::mt19937_64 g(42);
-  std::uniform_real_distribution<double> u(lo, hi);
-  for (auto& v : in)
-    for (int k = 0; k < lanes; ++k) v[k] = (Lane)u(g);
+// Nanoseconds per core cycle: the best of several timings of a chain of
+// dependent integer adds, one cycle each on every x86-64 core.
+double cycle_ns() {
   double best = 1e30;
-  for (int p = 0; p < kPasses; ++p) {
-    auto t0 = std::chrono::steady_clock::now();
-    for (int rep = 0; rep < 20; ++rep)
-      for (int i = 0; i < kElems / lanes; ++i) out[i] = f(in[i]);
-    auto t1 = std::chrono::steady_clock::now();
-    double ns = std::chrono::duration<double, std::nano>(t1 - t0).count() / (20.0 * kElems);
+  for (int p = 0; p < 20; ++p) {
+    uint64_t x = 0;
+    double t0 = now_ns();
+    for (int i = 0; i < 100000; ++i)
+      __asm__ volatile(
+          "add $1, %0\n\tadd $1, %0\n\tadd $1, %0\n\tadd $1, %0\n\tadd $1, %0\n\t"
+          "add $1, %0\n\tadd $1, %0\n\tadd $1, %0\n\tadd $1, %0\n\tadd $1, %0"
+          : "+r"(x));
+    double ns = (now_ns() - t0) / 1e6;
     if (ns < best) best = ns;
   }
   return best;
 }
 
-// The same loop over scalars: f maps one In to one Out, compiled at -O2
-// -mavx2 like any client loop (the compiler may vectorize it).
-template <class In, class Out, class F> double time_scalar(double lo, double hi, F f) {
-  static In in[kElems];
-  static volatile Out sink;
-  static Out out[kElems];
-  std::mt19937_64 g(42);
-  std::uniform_real_distribution<double> u(lo, hi);
-  for (auto& v : in) v = (In)u(g);
-  double best = 1e30;
-  for (int p = 0; p < kPasses; ++p) {
-    auto t0 = std::chrono::steady_clock::now();
-    for (int rep = 0; rep < 20; ++rep) {
-      for (int i = 0; i < kElems; ++i) out[i] = f(in[i]);
-      sink = out[rep];
-    }
-    auto t1 = std::chrono::steady_clock::now();
-    double ns = std::chrono::duration<double, std::nano>(t1 - t0).count() / (20.0 * kElems);
-    if (ns < best) best = ns;
-  }
-  return best;
-}
+// Argument and result kinds of the benchmarked entries.
+enum Kind { kF8, kF16, kD4, kD8, kF8F8, kD4toL4 };
 
 using D4 = ocl_ravl_double4;
-using D8 = ocl_ravl_double8;
 using F8 = ocl_ravl_float8;
-using F16 = ocl_ravl_float16;
+using L4 = ocl_ravl_long4;
+typedef F8(OCL_RAVL_CC* F8Fn)(F8);
+typedef D4(OCL_RAVL_CC* D4Fn)(D4);
+typedef F8(OCL_RAVL_CC* F8F8Fn)(F8, F8);
+typedef L4(OCL_RAVL_CC* D4L4Fn)(D4);
+typedef ocl_ravl_float16(OCL_RAVL_CC* F16Fn)(F8, F8);
+typedef ocl_ravl_double8(OCL_RAVL_CC* D8Fn)(D4, D4);
+// The peer: SLEEF's functions in the platform's C convention.
+typedef F8 (*PeerF8)(F8);
+typedef D4 (*PeerD4)(D4);
 
-#define UNARY(T, f) [](T x) { return f(x); }
-#define D8CALL(f) [](D8 x) { return f(x.lo, x.hi); }
-#define F16CALL(f) [](F16 x) { return f(x.lo, x.hi); }
+alignas(64) static double in_d[kElems], out_d[kElems];
+alignas(64) static float in_f[kElems], out_f[kElems], in_f2[kElems];
 
-void run(std::vector<Row>& v, const char* filter, const char* name, const char* peer, double ns_fn()) {
-  if (!strstr(name, filter) && !strstr(peer, filter)) return;
-  for (const Row& r : v)
-    if (r.name == name) return;  // a peer listed twice
-  v.push_back({name, peer, ns_fn()});
+uint64_t rng = 0x9e3779b97f4a7c15ull;
+double uniform(double lo, double hi) {
+  rng = rng * 6364136223846793005ull + 1442695040888963407ull;
+  return lo + (hi - lo) * (double)(rng >> 11) * 0x1p-53;
+}
+
+// Best ns per element of `kind` function fn over inputs uniform in [lo, hi].
+double time_fn(Kind kind, bool peer, void* fn, double lo, double hi) {
+  for (int i = 0; i < kElems; ++i) {
+    in_d[i] = uniform(lo, hi);
+    in_f[i] = (float)in_d[i];
+    in_f2[i] = (float)uniform(0.5, 2);
+  }
+  double best = 1e30;
+  for (int p = 0; p < kPasses; ++p) {
+    double t0 = now_ns();
+    for (int rep = 0; rep < kReps; ++rep) {
+      switch (kind) {
+        case kF8:
+          for (int i = 0; i < kElems; i += 8) {
+            F8 x, y;
+            memcpy(&x, in_f + i, 32);
+            y = peer ? ((PeerF8)fn)(x) : ((F8Fn)fn)(x);
+            memcpy(out_f + i, &y, 32);
+          }
+          break;
+        case kF16:
+          for (int i = 0; i < kElems; i += 16) {
+            F8 a, b;
+            memcpy(&a, in_f + i, 32);
+            memcpy(&b, in_f + i + 8, 32);
+            ocl_ravl_float16 y = ((F16Fn)fn)(a, b);
+            memcpy(out_f + i, &y, 64);
+          }
+          break;
+        case kD4:
+          for (int i = 0; i < kElems; i += 4) {
+            D4 x, y;
+            memcpy(&x, in_d + i, 32);
+            y = peer ? ((PeerD4)fn)(x) : ((D4Fn)fn)(x);
+            memcpy(out_d + i, &y, 32);
+          }
+          break;
+        case kD8:
+          for (int i = 0; i < kElems; i += 8) {
+            D4 a, b;
+            memcpy(&a, in_d + i, 32);
+            memcpy(&b, in_d + i + 4, 32);
+            ocl_ravl_double8 y = ((D8Fn)fn)(a, b);
+            memcpy(out_d + i, &y, 64);
+          }
+          break;
+        case kF8F8:
+          for (int i = 0; i < kElems; i += 8) {
+            F8 a, b, y;
+            memcpy(&a, in_f2 + i, 32);
+            memcpy(&b, in_f + i, 32);
+            y = ((F8F8Fn)fn)(a, b);
+            memcpy(out_f + i, &y, 32);
+          }
+          break;
+        case kD4toL4:
+          for (int i = 0; i < kElems; i += 4) {
+            D4 x;
+            memcpy(&x, in_d + i, 32);
+            L4 y = ((D4L4Fn)fn)(x);
+            memcpy(out_d + i, &y, 32);
+          }
+          break;
+      }
+    }
+    double ns = (now_ns() - t0) / ((double)kReps * kElems);
+    if (ns < best) best = ns;
+  }
+  return best;
+}
+
+int lanes(Kind k) { return k == kF16 ? 16 : k == kD4 || k == kD4toL4 ? 4 : 8; }
+
+// One benchmarked entry and its peer (a row name, or none).
+struct Bench {
+  const char* name;
+  Kind kind;
+  double lo, hi;
+  const char* peer;
+};
+
+// Exponentials and logarithms at width 4 double and 8 single, plain beside
+// SLEEF's 1-ulp function and _native beside its 3.5-ulp one (its 1-ulp one
+// where SLEEF has none: log10, expm1, log1p).
+#define EXPLOG(fn, fnf, lo, hi, flo, fhi, d35, f35)                                           \
+  {#fn "4", kD4, lo, hi, "sleef " #fn "d4_u10"}, {#fn "4_native", kD4, lo, hi, "sleef " #fn d35}, \
+      {#fnf "8", kF8, flo, fhi, "sleef " #fnf "8_u10"}, {#fnf "8_native", kF8, flo, fhi, "sleef " #fnf f35},
+const Bench kBenches[] = {
+    EXPLOG(exp, expf, -700, 700, -87, 88, "d4_u10", "8_u10")  // SLEEF has no 3.5-ulp exp
+    EXPLOG(exp2, exp2f, -1000, 1000, -120, 120, "d4_u35", "8_u35")
+    EXPLOG(exp10, exp10f, -300, 300, -37, 37, "d4_u35", "8_u35")
+    EXPLOG(log, logf, 1e-300, 1e300, 1e-30, 1e30, "d4_u35", "8_u35")
+    EXPLOG(log2, log2f, 1e-300, 1e300, 1e-30, 1e30, "d4_u35", "8_u35")
+    EXPLOG(log10, log10f, 1e-300, 1e300, 1e-30, 1e30, "d4_u10", "8_u10")
+    EXPLOG(expm1, expm1f, -30, 700, -20, 80, "d4_u10", "8_u10")
+    EXPLOG(log1p, log1pf, -0.9, 1e300, -0.9, 1e30, "d4_u10", "8_u10")
+    {"exp8", kD8, -700, 700, "sleef expd4_u10"},
+    {"exp8_native", kD8, -700, 700, "sleef expd4_u10"},
+    {"expf16", kF16, -87, 88, "sleef expf8_u10"},
+    {"expf16_native", kF16, -87, 88, "sleef expf8_u10"},
+    {"cvtfptoi64rtesat4", kD4toL4, -1e12, 1e12, nullptr},
+    {"divf8", kF8F8, -1e6, 1e6, nullptr},
+    {"divf8_native", kF8F8, -1e6, 1e6, nullptr},
+    {"round4", kD4, -1e6, 1e6, nullptr},
+    {"fabsf8", kF8, -87, 88, nullptr},  // the call floor
+    {"fabs4", kD4, -87, 88, nullptr},
+};
+
+#ifndef _WIN32
+// SLEEF's AVX2 functions by row name.
+struct Peer {
+  const char* name;
+  Kind kind;
+  void* fn;
+};
+#define PEER(fn, prec) {"sleef " #fn "d4_" #prec, kD4, (void*)Sleef_##fn##d4_##prec##avx2}, \
+                       {"sleef " #fn "f8_" #prec, kF8, (void*)Sleef_##fn##f8_##prec##avx2}
+const Peer kPeers[] = {
+    PEER(exp, u10),   PEER(exp2, u10),  PEER(exp2, u35),   PEER(exp10, u10), PEER(exp10, u35),
+    PEER(log, u10),   PEER(log, u35),   PEER(log2, u10),   PEER(log2, u35),  PEER(log10, u10),
+    PEER(expm1, u10), PEER(log1p, u10),
+};
+#endif
+
+bool wanted(const char* filter, const char* name, const char* peer) {
+  return !filter || strstr(name, filter) || (peer && strstr(peer, filter));
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const char* f = argc > 1 ? argv[1] : "";
-  std::vector<Row> v;
-  const char* sd = "sleef expd4_u10";
-  const char* sf = "sleef expf8_u10";
-  run(v, f, sd, "", [] { return time_fn<__m256d, __m256d>(-700, 700, UNARY(__m256d, Sleef_expd4_u10avx2)); });
-  run(v, f, "exp4", sd, [] { return time_fn<D4, D4>(-700, 700, UNARY(D4, __ocl_ravl_l9_exp4)); });
-  run(v, f, "exp4_native", sd, [] { return time_fn<D4, D4>(-700, 700, UNARY(D4, __ocl_ravl_l9_exp4_native)); });
-  run(v, f, "exp8", sd, [] { return time_fn<D8, D8>(-700, 700, D8CALL(__ocl_ravl_l9_exp8)); });
-  run(v, f, "exp8_native", sd, [] { return time_fn<D8, D8>(-700, 700, D8CALL(__ocl_ravl_l9_exp8_native)); });
-  run(v, f, sf, "", [] { return time_fn<__m256, __m256>(-87, 88, UNARY(__m256, Sleef_expf8_u10avx2)); });
-  run(v, f, "expf8", sf, [] { return time_fn<F8, F8>(-87, 88, UNARY(F8, __ocl_ravl_l9_expf8)); });
-  run(v, f, "expf8_native", sf, [] { return time_fn<F8, F8>(-87, 88, UNARY(F8, __ocl_ravl_l9_expf8_native)); });
-  run(v, f, "expf16", sf, [] { return time_fn<F16, F16>(-87, 88, F16CALL(__ocl_ravl_l9_expf16)); });
-  run(v, f, "expf16_native", sf, [] { return time_fn<F16, F16>(-87, 88, F16CALL(__ocl_ravl_l9_expf16_native)); });
+  int a = 1;
+  bool tsv = a < argc && strcmp(argv[a], "--tsv") == 0;
+  if (tsv) ++a;
+#ifdef _WIN32
+  if (a >= argc) {
+    fprintf(stderr, "usage: %s [--tsv] DLL [filter]\n", argv[0]);
+    return 2;
+  }
+  HMODULE lib = LoadLibraryA(argv[a++]);
+  if (!lib) {
+    fprintf(stderr, "cannot load the DLL\n");
+    return 2;
+  }
+  auto resolve = [&](const char* n) { return (void*)GetProcAddress(lib, n); };
+#else
+  void* lib = dlopen(RAVL_SO_PATH, RTLD_NOW | RTLD_LOCAL);
+  if (!lib) {
+    fprintf(stderr, "cannot load %s\n", RAVL_SO_PATH);
+    return 2;
+  }
+  auto resolve = [&](const char* n) { return dlsym(lib, n); };
+#endif
+  const char* filter = a < argc ? argv[a] : nullptr;
 
-  // Exponentials and logarithms at width 4 double and 8 float: plain beside
-  // SLEEF's 1-ulp function, _native beside its 3.5-ulp one (its 1-ulp one
-  // where SLEEF has no 3.5-ulp variant).
-#define VS_SLEEF(fn, fnf, d10, d35, f10, f35, lo, hi, flo, fhi)                                               \
-  run(v, f, "sleef " #d10, "", [] { return time_fn<__m256d, __m256d>(lo, hi, UNARY(__m256d, Sleef_##d10)); });  \
-  run(v, f, "sleef " #d35, "", [] { return time_fn<__m256d, __m256d>(lo, hi, UNARY(__m256d, Sleef_##d35)); });  \
-  run(v, f, #fn "4", "sleef " #d10, [] { return time_fn<D4, D4>(lo, hi, UNARY(D4, __ocl_ravl_l9_##fn##4)); });  \
-  run(v, f, #fn "4_native", "sleef " #d35,                                                                    \
-      [] { return time_fn<D4, D4>(lo, hi, UNARY(D4, __ocl_ravl_l9_##fn##4_native)); });                       \
-  run(v, f, "sleef " #f10, "", [] { return time_fn<__m256, __m256>(flo, fhi, UNARY(__m256, Sleef_##f10)); });    \
-  run(v, f, "sleef " #f35, "", [] { return time_fn<__m256, __m256>(flo, fhi, UNARY(__m256, Sleef_##f35)); });    \
-  run(v, f, #fnf "8", "sleef " #f10, [] { return time_fn<F8, F8>(flo, fhi, UNARY(F8, __ocl_ravl_l9_##fnf##8)); }); \
-  run(v, f, #fnf "8_native", "sleef " #f35,                                                                   \
-      [] { return time_fn<F8, F8>(flo, fhi, UNARY(F8, __ocl_ravl_l9_##fnf##8_native)); });
-  VS_SLEEF(exp2, exp2f, exp2d4_u10avx2, exp2d4_u35avx2, exp2f8_u10avx2, exp2f8_u35avx2, -1000, 1000, -120, 120)
-  VS_SLEEF(exp10, exp10f, exp10d4_u10avx2, exp10d4_u35avx2, exp10f8_u10avx2, exp10f8_u35avx2, -300, 300, -37, 37)
-  VS_SLEEF(log, logf, logd4_u10avx2, logd4_u35avx2, logf8_u10avx2, logf8_u35avx2, 1e-300, 1e300, 1e-30, 1e30)
-  VS_SLEEF(log2, log2f, log2d4_u10avx2, log2d4_u35avx2, log2f8_u10avx2, log2f8_u35avx2, 1e-300, 1e300, 1e-30, 1e30)
-  VS_SLEEF(log10, log10f, log10d4_u10avx2, log10d4_u10avx2, log10f8_u10avx2, log10f8_u10avx2, 1e-300, 1e300, 1e-30,
-           1e30)
-  VS_SLEEF(expm1, expm1f, expm1d4_u10avx2, expm1d4_u10avx2, expm1f8_u10avx2, expm1f8_u10avx2, -30, 700, -20, 80)
-  VS_SLEEF(log1p, log1pf, log1pd4_u10avx2, log1pd4_u10avx2, log1pf8_u10avx2, log1pf8_u10avx2, -0.9, 1e300, -0.9, 1e30)
+  double cyc = cycle_ns();
+  struct Out {
+    char name[48];
+    const char* peer;
+    double ns;
+    int lanes;
+  };
+  static Out rows[128];
+  int nrows = 0;
+#ifndef _WIN32
+  for (const Peer& p : kPeers) {
+    bool used = false;
+    for (const Bench& b : kBenches)
+      if (b.peer && strcmp(b.peer, p.name) == 0 && wanted(filter, b.name, b.peer)) used = true;
+    if (!used) continue;
+    const Bench* b0 = nullptr;
+    for (const Bench& b : kBenches)
+      if (b.peer && strcmp(b.peer, p.name) == 0) { b0 = &b; break; }
+    Out& o = rows[nrows++];
+    snprintf(o.name, sizeof o.name, "%s", p.name);
+    o.peer = nullptr;
+    o.ns = time_fn(p.kind, true, p.fn, b0->lo, b0->hi);
+    o.lanes = lanes(p.kind);
+  }
+#endif
+  for (const Bench& b : kBenches) {
+    if (!wanted(filter, b.name, b.peer) && strcmp(b.name, "fabsf8") != 0) continue;
+    char full[64];
+    snprintf(full, sizeof full, "__ocl_ravl_l9_%s", b.name);
+    void* fn = resolve(full);
+    if (!fn) {
+      fprintf(stderr, "missing export %s\n", full);
+      return 1;
+    }
+    Out& o = rows[nrows++];
+    snprintf(o.name, sizeof o.name, "%s", b.name);
+    o.peer = b.peer;
+    o.ns = time_fn(b.kind, false, fn, b.lo, b.hi);
+    o.lanes = lanes(b.kind);
+  }
 
-  // Conversions, division and rounding beside plain C++ loops.
-  const char* ll = "C++ llrint+clamp";
-  run(v, f, ll, "", [] {
-    return time_scalar<double, int64_t>(-1e12, 1e12, [](double x) -> int64_t {
-      return x != x ? 0 : x >= 0x1p63 ? INT64_MAX : x < -0x1p63 ? INT64_MIN : std::llrint(x);
-    });
-  });
-  run(v, f, "cvtfptoi64rtesat4", ll, [] {
-    return time_fn<D4, ocl_ravl_long4>(-1e12, 1e12, UNARY(D4, __ocl_ravl_l9_cvtfptoi64rtesat4));
-  });
-  const char* sc = "C++ (float)uint64";
-  run(v, f, sc, "", [] { return time_scalar<uint64_t, float>(0, 1.8e19, [](uint64_t x) { return (float)x; }); });
-  run(v, f, "cvtu64tofprtef8", sc, [] {
-    return time_fn<ocl_ravl_ulong8, F8>(0, 1.8e19, [](ocl_ravl_ulong8 x) {
-      return __ocl_ravl_l9_cvtu64tofprtef8(x.lo, x.hi);
-    });
-  });
-  const char* dv = "C++ float x/y";
-  run(v, f, dv, "", [] { return time_scalar<float, float>(0.5, 2, [](float x) { return 1.5f / x; }); });
-  run(v, f, "divf8_native", dv, [] {
-    return time_fn<F8, F8>(0.5, 2, [](F8 x) { return __ocl_ravl_l9_divf8_native(F8(1.5f), x); });
-  });
-  run(v, f, "divf8", dv, [] { return time_fn<F8, F8>(0.5, 2, [](F8 x) { return __ocl_ravl_l9_divf8(F8(1.5f), x); }); });
-  const char* rd = "C++ std::round";
-  run(v, f, rd, "", [] { return time_scalar<double, double>(-1e6, 1e6, [](double x) { return std::round(x); }); });
-  run(v, f, "round4", rd, [] { return time_fn<D4, D4>(-1e6, 1e6, UNARY(D4, __ocl_ravl_l9_round4)); });
-
-  // The floor: a call that does almost nothing (one AND), same loop.
-  run(v, f, "fabsf8 (call floor)", "", [] { return time_fn<F8, F8>(-87, 88, UNARY(F8, __ocl_ravl_l9_fabsf8)); });
-  run(v, f, "fabs4 (call floor)", "", [] { return time_fn<D4, D4>(-87, 88, UNARY(D4, __ocl_ravl_l9_fabs4)); });
-
-  std::printf("%-22s %10s %10s  %s\n", "function", "ns/elem", "vs peer", "peer");
-  for (const Row& r : v) {
+  if (tsv) {
+    printf("#cycle_ns\t%.5f\n", cyc);
+    for (int i = 0; i < nrows; ++i)
+      printf("%s\t%.4f\t%d\t%s\n", rows[i].name, rows[i].ns, rows[i].lanes, rows[i].peer ? rows[i].peer : "-");
+    return 0;
+  }
+  printf("one cycle = %.3f ns\n%-22s %9s %11s %9s  %s\n", cyc, "function", "ns/elem", "cycles/call", "vs peer",
+         "peer");
+  for (int i = 0; i < nrows; ++i) {
+    const Out& r = rows[i];
     double peer = 0;
-    for (const Row& p : v)
-      if (p.name == r.peer) peer = p.ns;
-    if (peer > 0)
-      std::printf("%-22s %10.3f %9.2fx  %s\n", r.name.c_str(), r.ns, peer / r.ns, r.peer.c_str());
-    else
-      std::printf("%-22s %10.3f\n", r.name.c_str(), r.ns);
+    for (int j = 0; j < nrows; ++j)
+      if (r.peer && strcmp(rows[j].name, r.peer) == 0) peer = rows[j].ns;
+    printf("%-22s %9.3f %11.1f", r.name, r.ns, r.ns * r.lanes / cyc);
+    if (peer > 0) printf(" %8.2fx  %s", peer / r.ns, r.peer);
+    printf("\n");
   }
   return 0;
 }

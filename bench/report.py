@@ -1,0 +1,175 @@
+#!/usr/bin/env python3
+"""Speed report: the .so and the DLL (under Wine) beside SLEEF, in one run,
+with llvm-mca's bound for each entry's common path.
+
+    bench/report.py [BUILD_DIR] [filter]
+
+Runs BUILD_DIR/bench/ravl_bench (the .so, SLEEF rows included) and
+BUILD_DIR/bench/ravl_bench_win.exe under Wine (the DLL), then for each of our
+entries takes the common path out of the binary (from the entry to its first
+return, following the branch that does not leave for the slow twin) and asks
+llvm-mca (-mcpu=znver3) for its block throughput and what bounds it. Prints a
+markdown table: ns/element and the ratio to the peer on both binaries, cycles
+per call, and (call floor + mca bound), where the call floor is the measured
+cost of `fabsf8` (one AND) less its own bound.
+
+The speed goal per entry: at least 1.5x the peer (2x when a `_native` entry
+is compared with a 1-ulp peer because SLEEF has no 3.5-ulp variant), or,
+where the call floor makes that impossible, cycles per call within 1.15x of
+(floor + bound). The last column says which holds.
+"""
+import os
+import re
+import subprocess
+import sys
+
+BUILD = sys.argv[1] if len(sys.argv) > 1 else "build"
+FILTER = sys.argv[2:3]
+
+
+def run_bench(cmd, env=None):
+    out = subprocess.run(cmd, check=True, capture_output=True, text=True, env=env).stdout
+    rows, cyc = {}, None
+    for line in out.splitlines():
+        if line.startswith("#cycle_ns"):
+            cyc = float(line.split("\t")[1])
+            continue
+        name, ns, lanes, peer = line.split("\t")
+        rows[name] = (float(ns), int(lanes), None if peer == "-" else peer)
+    return rows, cyc
+
+
+def disassemble(binary):
+    """Instructions of every exported entry, by name: (address, text) lists."""
+    out = subprocess.run(["llvm-objdump", "-d", "--no-show-raw-insn", binary],
+                         check=True, capture_output=True, text=True).stdout
+    funcs, cur = {}, None
+    for line in out.splitlines():
+        m = re.match(r"^([0-9a-f]+) <(\S+)>:$", line)
+        if m:
+            cur = funcs.setdefault(m.group(2), [])
+            continue
+        m = re.match(r"^\s*([0-9a-f]+):\s+(.*)$", line)
+        if m and cur is not None:
+            cur.append((int(m.group(1), 16), m.group(2).split("#")[0].strip()))
+    # One address space for the walk: instructions by address.
+    by_addr = {}
+    for insns in funcs.values():
+        for a, t in insns:
+            by_addr[a] = t
+    return funcs, by_addr
+
+
+def common_path(name, funcs, by_addr):
+    """The instructions from the entry to its first return that stays off the
+    tail call to the slow twin; conditional branches are followed the way that
+    reaches a return."""
+    if name not in funcs or not funcs[name]:
+        return None
+    addrs = sorted(by_addr)
+    index = {a: i for i, a in enumerate(addrs)}
+
+    def walk(start, depth):
+        path, i = [], index[start]
+        while i < len(addrs) and len(path) < 4000:
+            text = by_addr[addrs[i]]
+            op = text.split()[0] if text else ""
+            if op.startswith("ret"):
+                return path
+            if op == "jmp":
+                return None  # a tail call: the slow path
+            if op.startswith("j") and depth < 4:
+                target = int(text.split()[1], 16)
+                taken = walk(target, depth + 1) if target in index else None
+                fall = walk(addrs[i + 1], depth + 1)
+                rest = fall if fall is not None else taken
+                if rest is None:
+                    return None
+                return path + [text] + rest
+            path.append(text)
+            i += 1
+        return None
+
+    body = walk(funcs[name][0][0], 0)
+    if body is None:
+        return None
+    # Branch targets are addresses llvm-mca cannot resolve: keep the compare,
+    # drop the jump (it fuses with the compare on these cores anyway).
+    return [t for t in body if not re.match(r"^j", t)]
+
+
+def mca(lines):
+    if not lines:
+        return None, "?"
+    out = subprocess.run(["llvm-mca", "-mcpu=znver3", "-iterations=200"], input="\n".join(lines) + "\n",
+                         check=True, capture_output=True, text=True).stdout
+    rthru = float(re.search(r"Block RThroughput:\s+([0-9.]+)", out).group(1))
+    uops = float(re.search(r"Total uOps:\s+([0-9]+)", out).group(1)) / 200
+    width = float(re.search(r"Dispatch Width:\s+([0-9]+)", out).group(1))
+    # The resource with the highest pressure per iteration.
+    names, pressure = [], []
+    sect = out.split("Resource pressure per iteration:")[1].splitlines()
+    names = re.findall(r"\[(\d+(?:\.\d+)?)\]", sect[1])
+    vals = [float(v) if v != "-" else 0.0 for v in sect[2].split()]
+    legend = dict(re.findall(r"^\[(\d+(?:\.\d+)?)\]\s+-\s+(\S+)", out, re.M))
+    best = max(range(len(vals)), key=lambda k: vals[k]) if vals else None
+    what = f"{len(lines)} insns, {uops:.0f} uops"
+    if best is not None and vals[best] >= rthru - 0.01:
+        what += f", port {legend.get(names[best], names[best])} {vals[best]:.1f}"
+    elif uops / width >= rthru - 0.01:
+        what += ", dispatch"
+    return rthru, what
+
+
+def main():
+    wine_env = dict(os.environ, WINEPREFIX=os.path.abspath(f"{BUILD}/wineprefix"), WINEDEBUG="-all",
+                    WINEDLLOVERRIDES="mscoree,mshtml=")
+    so_rows, so_cyc = run_bench([f"{BUILD}/bench/ravl_bench", "--tsv"] + FILTER)
+    dll_rows, dll_cyc = run_bench(["wine", f"{BUILD}/bench/ravl_bench_win.exe", "--tsv",
+                                   f"{BUILD}/libocl_ravl_l9.dll"] + FILTER, wine_env)
+    so_funcs, so_addr = disassemble(f"{BUILD}/libocl_ravl_l9.so")
+    dll_funcs, dll_addr = disassemble(f"{BUILD}/libocl_ravl_l9.dll")
+
+    def floor(rows, cyc, funcs, addr):
+        ns, lanes, _ = rows["fabsf8"]
+        b, _ = mca(common_path("__ocl_ravl_l9_fabsf8", funcs, addr))
+        return ns * lanes / cyc - (b or 0)
+
+    so_floor = floor(so_rows, so_cyc, so_funcs, so_addr)
+    dll_floor = floor(dll_rows, dll_cyc, dll_funcs, dll_addr)
+    print(f"one cycle: {so_cyc:.3f} ns (.so run), {dll_cyc:.3f} ns (DLL run); call floor "
+          f"{so_floor:.1f} cycles (.so), {dll_floor:.1f} (DLL); llvm-mca -mcpu=znver3\n")
+    print("| entry | ns | peer ns | ratio | cycles | floor+mca | bound by | DLL ns | DLL ratio | DLL cycles "
+          "| DLL floor+mca | goal |")
+    print("|---|---|---|---|---|---|---|---|---|---|---|---|")
+    for name, (ns, lanes, peer) in so_rows.items():
+        if name.startswith("sleef "):
+            continue
+        sym = "__ocl_ravl_l9_" + name
+        b, what = mca(common_path(sym, so_funcs, so_addr))
+        db, _ = mca(common_path(sym, dll_funcs, dll_addr))
+        cyc = ns * lanes / so_cyc
+        pns = so_rows[peer][0] if peer in so_rows else None
+        ratio = pns / ns if pns else None
+        dns = dll_rows.get(name, (None,))[0]
+        dcyc = dns * lanes / dll_cyc if dns else None
+        need = 2.0 if name.endswith("_native") and peer and peer.endswith("_u10") and not peer.startswith(
+            "sleef exp") else 1.5
+        ok = []
+        if ratio and ratio >= need:
+            ok.append(f">= {need}x")
+        if b is not None and cyc <= 1.15 * (so_floor + b):
+            ok.append("at bound")
+        dll_ok = (dcyc is not None and db is not None and
+                  (dcyc <= 1.15 * (dll_floor + db) or (pns and pns / dns >= need)))
+        goal = (", ".join(ok) if ok else "MISSED") + ("" if dll_ok or not peer else "; DLL missed")
+
+        def f(x, fmt):
+            return fmt.format(x) if x is not None else "-"
+        print(f"| `{name}` | {ns:.3f} | {f(pns, '{:.3f}')} | {f(ratio, '{:.2f}x')} | {cyc:.1f} | "
+              f"{f(so_floor + b if b is not None else None, '{:.1f}')} | {what} | {f(dns, '{:.3f}')} | "
+              f"{f(pns / dns if pns and dns else None, '{:.2f}x')} | {f(dcyc, '{:.1f}')} | "
+              f"{f(dll_floor + db if db is not None else None, '{:.1f}')} | {goal if peer else '-'} |")
+
+
+main()
