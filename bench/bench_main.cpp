@@ -1,18 +1,21 @@
-// Throughput benchmark: nanoseconds per element of library entry points, and
-// on Linux of SLEEF's AVX2 functions beside them, measured in the same run
-// over L1-resident arrays.
+// Throughput benchmark: nanoseconds per element of every built family, and on
+// Linux of SLEEF's AVX2 function beside it, measured in the same run over
+// L1-resident arrays.
 //
-//   build/bench/ravl_bench [--tsv] [filter]                     the .so
-//   wine build/bench/ravl_bench_win.exe [--tsv] DLL [filter]        the DLL
+//   build/bench/ravl_bench [--tsv] [filter]                          the .so
+//   wine build/bench/ravl_bench_win.exe [--tsv] DLL [filter]         the DLL
 //
-// Each row: the best of several timed passes of a loop that calls the entry
-// point on consecutive vectors of preset inputs and stores the results. Our
-// entries are called through the address the loader resolved, as a runtime
-// calls them; SLEEF's through the PLT. The ratio is the peer's ns/element
-// divided by ours (above 1: faster). The "call floor" rows time the same loop
-// around an entry that does one AND: that floor is part of every row, ours
-// and the peer's alike. Cycles per call are reckoned from a calibrated chain
-// of dependent adds (one cycle each), so they hold whatever the clock.
+// The rows come from the generated export list: for each family its plain
+// and `_native` members at width 8 (families with 32-bit lanes only) or 4
+// (any 64-bit lane), register form, plus the two-register widths of exp and
+// expf. Each row is the best of several timed passes of a loop that calls
+// the entry on consecutive vectors of preset inputs and stores the results.
+// Our entries are called through the address the loader resolved, as a
+// runtime calls them; SLEEF's likewise. The peer of a plain member is SLEEF's
+// 1-ulp (or exact) function, of a `_native` member its 3.5-ulp one where it
+// has one. `fabsf8` (one AND) is the call floor, part of every row, ours and
+// the peer's alike. Cycles per call are reckoned from a calibrated chain of
+// dependent adds (one cycle each), whatever the clock.
 //
 // C library only, so that the same file builds for Windows (MinGW) without a
 // C++ library; bench/report.py joins the .so run, the DLL run under Wine and
@@ -26,7 +29,6 @@
 #include <windows.h>
 #else
 #include <dlfcn.h>
-#include <sleef.h>
 #include <time.h>
 #endif
 
@@ -34,9 +36,25 @@
 
 namespace {
 
+struct ExportRow {
+  const char* name;
+  const char* body;
+  const char* family;
+  const char* cls;
+  const char* algorithm;
+  int width;
+  const char* sig;
+  const char* form;
+  const char* args;
+  const char* ret;
+};
+const ExportRow kExports[] = {
+#include "exports_list.inc"
+};
+
 constexpr int kElems = 4096;  // 32 KiB of doubles: stays in L1/L2
-constexpr int kPasses = 40;
-constexpr int kReps = 16;
+constexpr int kPasses = 60;
+constexpr int kReps = 12;
 
 double now_ns() {
 #ifdef _WIN32
@@ -69,157 +87,225 @@ double cycle_ns() {
   return best;
 }
 
-// Argument and result kinds of the benchmarked entries.
-enum Kind { kF8, kF16, kD4, kD8, kF8F8, kD4toL4 };
-
-using D4 = ocl_ravl_double4;
-using F8 = ocl_ravl_float8;
-using L4 = ocl_ravl_long4;
-typedef F8(OCL_RAVL_CC* F8Fn)(F8);
-typedef D4(OCL_RAVL_CC* D4Fn)(D4);
-typedef F8(OCL_RAVL_CC* F8F8Fn)(F8, F8);
-typedef L4(OCL_RAVL_CC* D4L4Fn)(D4);
-typedef ocl_ravl_float16(OCL_RAVL_CC* F16Fn)(F8, F8);
-typedef ocl_ravl_double8(OCL_RAVL_CC* D8Fn)(D4, D4);
-// The peer: SLEEF's functions in the platform's C convention.
-typedef F8 (*PeerF8)(F8);
-typedef D4 (*PeerD4)(D4);
-
-alignas(64) static double in_d[kElems], out_d[kElems];
-alignas(64) static float in_f[kElems], out_f[kElems], in_f2[kElems];
-
 uint64_t rng = 0x9e3779b97f4a7c15ull;
-double uniform(double lo, double hi) {
-  rng = rng * 6364136223846793005ull + 1442695040888963407ull;
-  return lo + (hi - lo) * (double)(rng >> 11) * 0x1p-53;
+uint64_t next() { return rng = rng * 6364136223846793005ull + 1442695040888963407ull; }
+double uniform(double lo, double hi) { return lo + (hi - lo) * (double)(next() >> 11) * 0x1p-53; }
+
+// Inputs of a family: floating arguments uniform in [lo, hi]; integer ones
+// random in [ilo, ihi] (never 0 for a divisor: ilo > 0 or ihi < 0 is not
+// needed, zero is skipped).
+struct Range {
+  const char* family;  // without the trailing f of single families
+  double lo, hi;
+  int64_t ilo, ihi;
+};
+const Range kRanges[] = {
+    {"exp", -700, 700, 0, 0},          {"exp2", -1000, 1000, 0, 0},      {"exp10", -300, 300, 0, 0},
+    {"expm1", -30, 700, 0, 0},         {"log", 1e-300, 1e300, 0, 0},     {"log2", 1e-300, 1e300, 0, 0},
+    {"log10", 1e-300, 1e300, 0, 0},    {"log1p", -0.9, 1e300, 0, 0},     {"ldexp", -1e6, 1e6, -60, 60},
+    {"div", 0.5, 2, 0, 0},             {"inv", 0.5, 2, 0, 0},            {"nan", 0, 0, 0, 1 << 20},
+};
+const double kDefaultLo = -1e6, kDefaultHi = 1e6;
+// Single families' exp/log ranges are clipped to what a float holds.
+const double kFloatMax = 1e30;
+
+alignas(64) unsigned char in_buf[3][kElems * 8];
+alignas(64) unsigned char out_buf[2][kElems * 8];
+
+template <class T> void fill(unsigned char* buf, const Range& r, bool divisor) {
+  T* p = (T*)buf;
+  for (int i = 0; i < kElems; ++i) {
+    if constexpr ((T)0.5 != 0) {
+      double lo = r.lo, hi = r.hi;
+      if (sizeof(T) == 4) {
+        lo = lo < -kFloatMax ? -kFloatMax : lo > kFloatMax ? kFloatMax : lo;
+        hi = hi > kFloatMax ? kFloatMax : hi < -kFloatMax ? -kFloatMax : hi;
+        if (lo == 1e-300) lo = 1e-30;
+        if (r.lo == -700) lo = -87, hi = 88;
+        if (r.lo == -1000) lo = -120, hi = 120;
+        if (r.lo == -300) lo = -37, hi = 37;
+        if (r.lo == -30) lo = -20, hi = 80;
+      }
+      p[i] = (T)uniform(lo, hi);
+    } else {
+      T v;
+      do {
+        v = r.ilo == r.ihi ? (T)next() : (T)(r.ilo + (int64_t)(next() % (uint64_t)(r.ihi - r.ilo + 1)));
+      } while (divisor && v == 0);
+      p[i] = v;
+    }
+  }
 }
 
-// Best ns per element of `kind` function fn over inputs uniform in [lo, hi].
-double time_fn(Kind kind, bool peer, void* fn, double lo, double hi) {
-  for (int i = 0; i < kElems; ++i) {
-    in_d[i] = uniform(lo, hi);
-    in_f[i] = (float)in_d[i];
-    in_f2[i] = (float)uniform(0.5, 2);
-  }
+template <class T, int W> using V = T __attribute__((ext_vector_type(W)));
+template <class... T> constexpr int width_for() { return ((sizeof(T) == 8) || ...) ? 4 : 8; }
+
+// One timed loop; Call(fn, i) makes the call on the vector at lane i.
+template <class Call> double time_loop(int w, Call call) {
   double best = 1e30;
   for (int p = 0; p < kPasses; ++p) {
     double t0 = now_ns();
-    for (int rep = 0; rep < kReps; ++rep) {
-      switch (kind) {
-        case kF8:
-          for (int i = 0; i < kElems; i += 8) {
-            F8 x, y;
-            memcpy(&x, in_f + i, 32);
-            y = peer ? ((PeerF8)fn)(x) : ((F8Fn)fn)(x);
-            memcpy(out_f + i, &y, 32);
-          }
-          break;
-        case kF16:
-          for (int i = 0; i < kElems; i += 16) {
-            F8 a, b;
-            memcpy(&a, in_f + i, 32);
-            memcpy(&b, in_f + i + 8, 32);
-            ocl_ravl_float16 y = ((F16Fn)fn)(a, b);
-            memcpy(out_f + i, &y, 64);
-          }
-          break;
-        case kD4:
-          for (int i = 0; i < kElems; i += 4) {
-            D4 x, y;
-            memcpy(&x, in_d + i, 32);
-            y = peer ? ((PeerD4)fn)(x) : ((D4Fn)fn)(x);
-            memcpy(out_d + i, &y, 32);
-          }
-          break;
-        case kD8:
-          for (int i = 0; i < kElems; i += 8) {
-            D4 a, b;
-            memcpy(&a, in_d + i, 32);
-            memcpy(&b, in_d + i + 4, 32);
-            ocl_ravl_double8 y = ((D8Fn)fn)(a, b);
-            memcpy(out_d + i, &y, 64);
-          }
-          break;
-        case kF8F8:
-          for (int i = 0; i < kElems; i += 8) {
-            F8 a, b, y;
-            memcpy(&a, in_f2 + i, 32);
-            memcpy(&b, in_f + i, 32);
-            y = ((F8F8Fn)fn)(a, b);
-            memcpy(out_f + i, &y, 32);
-          }
-          break;
-        case kD4toL4:
-          for (int i = 0; i < kElems; i += 4) {
-            D4 x;
-            memcpy(&x, in_d + i, 32);
-            L4 y = ((D4L4Fn)fn)(x);
-            memcpy(out_d + i, &y, 32);
-          }
-          break;
-      }
-    }
+    for (int rep = 0; rep < kReps; ++rep)
+      for (int i = 0; i < kElems; i += w) call(i);
     double ns = (now_ns() - t0) / ((double)kReps * kElems);
     if (ns < best) best = ns;
   }
   return best;
 }
 
-int lanes(Kind k) { return k == kF16 ? 16 : k == kD4 || k == kD4toL4 ? 4 : 8; }
+template <class T, int W> V<T, W> load(int k, int i) {
+  V<T, W> v;
+  memcpy(&v, in_buf[k] + i * sizeof(T), sizeof v);
+  return v;
+}
+template <class T, int W> void store(int k, int i, V<T, W> v) { memcpy(out_buf[k] + i * sizeof(T), &v, sizeof v); }
 
-// One benchmarked entry and its peer (a row name, or none).
-struct Bench {
-  const char* name;
-  Kind kind;
-  double lo, hi;
-  const char* peer;
+// Register form R(A...) with optional second result through a pointer P
+// (void: none). Ours in the library's register convention, the peer (SLEEF,
+// pointers never) in the platform's C convention.
+template <class R, class P, class... A> struct Caller {
+  static constexpr int W = width_for<R, A...>();
+  template <int... I> struct Seq {};
+  static double run(void* fn, bool peer) {
+    return run_idx(fn, peer, typename Make<sizeof...(A)>::type{});
+  }
+  template <int N, int... I> struct Make : Make<N - 1, N - 1, I...> {};
+  template <int... I> struct Make<0, I...> { using type = Seq<I...>; };
+  template <int... I> static double run_idx(void* fn, bool peer, Seq<I...>) {
+    if constexpr (__is_same(P, void)) {
+      typedef V<R, W>(OCL_RAVL_CC * Ours)(V<A, W>...);
+      typedef V<R, W> (*Peer)(V<A, W>...);
+      if (peer)
+        return time_loop(W, [&](int i) { store<R, W>(0, i, ((Peer)fn)(load<A, W>(I, i)...)); });
+      return time_loop(W, [&](int i) { store<R, W>(0, i, ((Ours)fn)(load<A, W>(I, i)...)); });
+    } else {
+      typedef V<R, W>(OCL_RAVL_CC * Ours)(V<A, W>..., P*);
+      return time_loop(W, [&](int i) {
+        store<R, W>(0, i, ((Ours)fn)(load<A, W>(I, i)..., (P*)(out_buf[1] + i * sizeof(P))));
+      });
+    }
+  }
+  static void fill_inputs(const Range& r, bool int_divisor) {
+    int k = 0;
+    ((fill<A>(in_buf[k], r, int_divisor && k == 1), ++k), ...);
+  }
 };
 
-// Exponentials and logarithms at width 4 double and 8 single, plain beside
-// SLEEF's 1-ulp function and _native beside its 3.5-ulp one (its 1-ulp one
-// where SLEEF has none: log10, expm1, log1p).
-#define EXPLOG(fn, fnf, lo, hi, flo, fhi, d35, f35)                                           \
-  {#fn "4", kD4, lo, hi, "sleef " #fn "d4_u10"}, {#fn "4_native", kD4, lo, hi, "sleef " #fn d35}, \
-      {#fnf "8", kF8, flo, fhi, "sleef " #fnf "8_u10"}, {#fnf "8_native", kF8, flo, fhi, "sleef " #fnf f35},
-const Bench kBenches[] = {
-    EXPLOG(exp, expf, -700, 700, -87, 88, "d4_u10", "8_u10")  // SLEEF has no 3.5-ulp exp
-    EXPLOG(exp2, exp2f, -1000, 1000, -120, 120, "d4_u35", "8_u35")
-    EXPLOG(exp10, exp10f, -300, 300, -37, 37, "d4_u35", "8_u35")
-    EXPLOG(log, logf, 1e-300, 1e300, 1e-30, 1e30, "d4_u35", "8_u35")
-    EXPLOG(log2, log2f, 1e-300, 1e300, 1e-30, 1e30, "d4_u35", "8_u35")
-    EXPLOG(log10, log10f, 1e-300, 1e300, 1e-30, 1e30, "d4_u10", "8_u10")
-    EXPLOG(expm1, expm1f, -30, 700, -20, 80, "d4_u10", "8_u10")
-    EXPLOG(log1p, log1pf, -0.9, 1e300, -0.9, 1e30, "d4_u10", "8_u10")
-    {"exp8", kD8, -700, 700, "sleef expd4_u10"},
-    {"exp8_native", kD8, -700, 700, "sleef expd4_u10"},
-    {"expf16", kF16, -87, 88, "sleef expf8_u10"},
-    {"expf16_native", kF16, -87, 88, "sleef expf8_u10"},
-    {"cvtfptoi64rtesat4", kD4toL4, -1e12, 1e12, nullptr},
-    {"divf8", kF8F8, -1e6, 1e6, nullptr},
-    {"divf8_native", kF8F8, -1e6, 1e6, nullptr},
-    {"round4", kD4, -1e6, 1e6, nullptr},
-    {"fabsf8", kF8, -87, 88, nullptr},  // the call floor
-    {"fabs4", kD4, -87, 88, nullptr},
+// The signatures of the family table that the benchmark calls.
+struct SigRow {
+  const char* sig;
+  double (*run)(void*, bool);
+  void (*fill)(const Range&, bool);
+  int width;
 };
+#define SIG(s, R, P, ...) \
+  {s, Caller<R, P, __VA_ARGS__>::run, Caller<R, P, __VA_ARGS__>::fill_inputs, Caller<R, P, __VA_ARGS__>::W}
+const SigRow kSigs[] = {
+    SIG("d(d)", double, void, double),
+    SIG("s(s)", float, void, float),
+    SIG("d(d,d)", double, void, double, double),
+    SIG("s(s,s)", float, void, float, float),
+    SIG("d(d,d,d)", double, void, double, double, double),
+    SIG("s(s,s,s)", float, void, float, float, float),
+    SIG("d(d,i)", double, void, double, int32_t),
+    SIG("s(s,i)", float, void, float, int32_t),
+    SIG("d(d,*d)", double, double, double),
+    SIG("s(s,*s)", float, float, float),
+    SIG("d(d,*i)", double, int32_t, double),
+    SIG("s(s,*i)", float, int32_t, float),
+    SIG("d(d,d,*i)", double, int32_t, double, double),
+    SIG("s(s,s,*i)", float, int32_t, float, float),
+    SIG("i(d)", int32_t, void, double),
+    SIG("i(s)", int32_t, void, float),
+    SIG("u(d)", uint32_t, void, double),
+    SIG("u(s)", uint32_t, void, float),
+    SIG("l(d)", int64_t, void, double),
+    SIG("l(s)", int64_t, void, float),
+    SIG("ul(d)", uint64_t, void, double),
+    SIG("ul(s)", uint64_t, void, float),
+    SIG("d(i)", double, void, int32_t),
+    SIG("s(i)", float, void, int32_t),
+    SIG("d(u)", double, void, uint32_t),
+    SIG("s(u)", float, void, uint32_t),
+    SIG("d(l)", double, void, int64_t),
+    SIG("s(l)", float, void, int64_t),
+    SIG("d(ul)", double, void, uint64_t),
+    SIG("s(ul)", float, void, uint64_t),
+    SIG("s(d)", float, void, double),
+    SIG("i(i,i)", int32_t, void, int32_t, int32_t),
+    SIG("u(u,u)", uint32_t, void, uint32_t, uint32_t),
+};
+
+const SigRow* sig_row(const char* sig) {
+  for (const SigRow& s : kSigs)
+    if (strcmp(s.sig, sig) == 0) return &s;
+  return nullptr;
+}
+
+const Range& range_of(const char* family, const char* sig) {
+  static Range def;
+  char base[48];
+  snprintf(base, sizeof base, "%s", family);
+  size_t n = strlen(base);
+  if (sig[0] == 's' && n > 1 && base[n - 1] == 'f') base[n - 1] = 0;
+  for (const Range& r : kRanges)
+    if (strcmp(r.family, base) == 0) return r;
+  def = {family, kDefaultLo, kDefaultHi, 0, 0};
+  return def;
+}
+
+struct Out {
+  char name[64];
+  char peer[64];
+  double ns;
+  int lanes;
+};
+Out rows[1024];
+int nrows = 0;
 
 #ifndef _WIN32
-// SLEEF's AVX2 functions by row name.
-struct Peer {
-  const char* name;
-  Kind kind;
-  void* fn;
-};
-#define PEER(fn, prec) {"sleef " #fn "d4_" #prec, kD4, (void*)Sleef_##fn##d4_##prec##avx2}, \
-                       {"sleef " #fn "f8_" #prec, kF8, (void*)Sleef_##fn##f8_##prec##avx2}
-const Peer kPeers[] = {
-    PEER(exp, u10),   PEER(exp2, u10),  PEER(exp2, u35),   PEER(exp10, u10), PEER(exp10, u35),
-    PEER(log, u10),   PEER(log, u35),   PEER(log2, u10),   PEER(log2, u35),  PEER(log10, u10),
-    PEER(expm1, u10), PEER(log1p, u10),
-};
+void* sleef = nullptr;
+// SLEEF's function for a family and class: plain -> 1-ulp or exact (or
+// 0.5-ulp), _native -> 3.5-ulp if there is one, else as plain.
+void* peer_of(const char* family, const char* cls, const char* sig, char* name, size_t n) {
+  if (!sleef) return nullptr;
+  char base[48];
+  snprintf(base, sizeof base, "%s", family);
+  size_t len = strlen(base);
+  bool single = sig[0] == 's';
+  if (single && len > 1 && base[len - 1] == 'f') base[len - 1] = 0;
+  static const char* const plain[] = {"_u10", "", "_u05", "_u15"};
+  static const char* const fast[] = {"_u35", "_u10", "", "_u05", "_u15"};
+  bool native = strcmp(cls, "native") == 0;
+  const char* const* order = native ? fast : plain;
+  int count = native ? 5 : 4;
+  for (int k = 0; k < count; ++k) {
+    char sym[96];
+    snprintf(sym, sizeof sym, "Sleef_%s%s%s%savx2", base, single ? "f8" : "d4", order[k], order[k][0] ? "" : "_");
+    void* f = dlsym(sleef, sym);
+    if (f) {
+      snprintf(name, n, "sleef %s%s%s", base, single ? "f8" : "d4", order[k]);
+      return f;
+    }
+  }
+  return nullptr;
+}
 #endif
 
-bool wanted(const char* filter, const char* name, const char* peer) {
-  return !filter || strstr(name, filter) || (peer && strstr(peer, filter));
+bool wanted(const char* filter, const char* name) { return !filter || strstr(name, filter); }
+
+void add(const char* name, const char* peer, double ns, int lanes) {
+  if (nrows == (int)(sizeof rows / sizeof rows[0])) return;
+  Out& o = rows[nrows++];
+  snprintf(o.name, sizeof o.name, "%s", name);
+  snprintf(o.peer, sizeof o.peer, "%s", peer);
+  o.ns = ns;
+  o.lanes = lanes;
+}
+[[maybe_unused]] bool have(const char* name) {
+  for (int i = 0; i < nrows; ++i)
+    if (strcmp(rows[i].name, name) == 0) return true;
+  return false;
 }
 
 }  // namespace
@@ -241,69 +327,75 @@ int main(int argc, char** argv) {
   auto resolve = [&](const char* n) { return (void*)GetProcAddress(lib, n); };
 #else
   void* lib = dlopen(RAVL_SO_PATH, RTLD_NOW | RTLD_LOCAL);
-  if (!lib) {
-    fprintf(stderr, "cannot load %s\n", RAVL_SO_PATH);
+  sleef = dlopen("libsleef.so.3", RTLD_NOW | RTLD_LOCAL);
+  if (!lib || !sleef) {
+    fprintf(stderr, "cannot load %s or SLEEF\n", RAVL_SO_PATH);
     return 2;
   }
   auto resolve = [&](const char* n) { return dlsym(lib, n); };
 #endif
   const char* filter = a < argc ? argv[a] : nullptr;
-
   double cyc = cycle_ns();
-  struct Out {
-    char name[48];
-    const char* peer;
-    double ns;
-    int lanes;
-  };
-  static Out rows[128];
-  int nrows = 0;
-#ifndef _WIN32
-  for (const Peer& p : kPeers) {
-    bool used = false;
-    for (const Bench& b : kBenches)
-      if (b.peer && strcmp(b.peer, p.name) == 0 && wanted(filter, b.name, b.peer)) used = true;
-    if (!used) continue;
-    const Bench* b0 = nullptr;
-    for (const Bench& b : kBenches)
-      if (b.peer && strcmp(b.peer, p.name) == 0) { b0 = &b; break; }
-    Out& o = rows[nrows++];
-    snprintf(o.name, sizeof o.name, "%s", p.name);
-    o.peer = nullptr;
-    o.ns = time_fn(p.kind, true, p.fn, b0->lo, b0->hi);
-    o.lanes = lanes(p.kind);
-  }
-#endif
-  for (const Bench& b : kBenches) {
-    if (!wanted(filter, b.name, b.peer) && strcmp(b.name, "fabsf8") != 0) continue;
-    char full[64];
-    snprintf(full, sizeof full, "__ocl_ravl_l9_%s", b.name);
-    void* fn = resolve(full);
+
+  for (const ExportRow& e : kExports) {
+    const char* member = e.name + strlen("__ocl_ravl_l9_");
+    bool plain = strcmp(e.cls, "plain") == 0, native = strcmp(e.cls, "native") == 0;
+    const SigRow* s = sig_row(e.sig);
+    if (!s || strcmp(e.form, "reg") != 0 || !(plain || native)) continue;
+    // The comparison width of the family, and the two-register widths of exp.
+    bool extra = (strcmp(e.family, "exp") == 0 && e.width == 8) || (strcmp(e.family, "expf") == 0 && e.width == 16);
+    if (e.width != s->width && !extra) continue;
+    if (!wanted(filter, member) && strcmp(member, "fabsf8") != 0) continue;
+    void* fn = resolve(e.name);
     if (!fn) {
-      fprintf(stderr, "missing export %s\n", full);
+      fprintf(stderr, "missing export %s\n", e.name);
       return 1;
     }
-    Out& o = rows[nrows++];
-    snprintf(o.name, sizeof o.name, "%s", b.name);
-    o.peer = b.peer;
-    o.ns = time_fn(b.kind, false, fn, b.lo, b.hi);
-    o.lanes = lanes(b.kind);
+    const Range& r = range_of(e.family, e.sig);
+    bool divisor = strchr(e.sig, 'i') == e.sig || strchr(e.sig, 'u') == e.sig;  // i(i,i), u(u,u)
+    s->fill(r, divisor);
+    char peer[64] = "";
+#ifndef _WIN32
+    void* pf = (e.width == s->width && strchr(e.sig, '*') == nullptr)
+                   ? peer_of(e.family, e.cls, e.sig, peer, sizeof peer) : nullptr;
+    if (extra) peer_of(e.family, e.cls, e.sig, peer, sizeof peer);
+    if (pf && !have(peer)) add(peer, "", s->run(pf, true), s->width);
+#endif
+    if (extra) {
+      // exp8 (two ymm in and out) and expf16: timed through the header's types.
+      double ns;
+      if (e.width == 8)
+        ns = time_loop(8, [&](int i) {
+          ocl_ravl_double8 y = ((ocl_ravl_double8(OCL_RAVL_CC*)(ocl_ravl_double4, ocl_ravl_double4))fn)(
+              load<double, 4>(0, i), load<double, 4>(0, i + 4));
+          memcpy(out_buf[0] + i * 8, &y, 64);
+        });
+      else
+        ns = time_loop(16, [&](int i) {
+          ocl_ravl_float16 y = ((ocl_ravl_float16(OCL_RAVL_CC*)(ocl_ravl_float8, ocl_ravl_float8))fn)(
+              load<float, 8>(0, i), load<float, 8>(0, i + 8));
+          memcpy(out_buf[0] + i * 4, &y, 64);
+        });
+      add(member, peer, ns, e.width);
+      continue;
+    }
+    add(member, peer, s->run(fn, false), s->width);
   }
 
   if (tsv) {
     printf("#cycle_ns\t%.5f\n", cyc);
     for (int i = 0; i < nrows; ++i)
-      printf("%s\t%.4f\t%d\t%s\n", rows[i].name, rows[i].ns, rows[i].lanes, rows[i].peer ? rows[i].peer : "-");
+      printf("%s\t%.4f\t%d\t%s\n", rows[i].name, rows[i].ns, rows[i].lanes, rows[i].peer[0] ? rows[i].peer : "-");
     return 0;
   }
-  printf("one cycle = %.3f ns\n%-22s %9s %11s %9s  %s\n", cyc, "function", "ns/elem", "cycles/call", "vs peer",
+  printf("one cycle = %.3f ns\n%-26s %9s %11s %9s  %s\n", cyc, "function", "ns/elem", "cycles/call", "vs peer",
          "peer");
   for (int i = 0; i < nrows; ++i) {
     const Out& r = rows[i];
     double peer = 0;
     for (int j = 0; j < nrows; ++j)
-      if (r.peer && strcmp(rows[j].name, r.peer) == 0) peer = rows[j].ns;
-    printf("%-22s %9.3f %11.1f", r.name, r.ns, r.ns * r.lanes / cyc);
+      if (r.peer[0] && strcmp(rows[j].name, r.peer) == 0) peer = rows[j].ns;
+    printf("%-26s %9.3f %11.1f", r.name, r.ns, r.ns * r.lanes / cyc);
     if (peer > 0) printf(" %8.2fx  %s", peer / r.ns, r.peer);
     printf("\n");
   }
