@@ -3,6 +3,7 @@
 // L1-resident arrays.
 //
 //   build/bench/ravl_bench [--tsv] [filter]                          the .so
+//   RAVL_SO=other/libocl_ravl_l9.so build/bench/ravl_bench ...       another build of it
 //   wine build/bench/ravl_bench_win.exe [--tsv] DLL [filter]         the DLL
 //
 // The rows come from the generated export list: for each family its plain
@@ -326,10 +327,12 @@ int main(int argc, char** argv) {
   }
   auto resolve = [&](const char* n) { return (void*)GetProcAddress(lib, n); };
 #else
-  void* lib = dlopen(RAVL_SO_PATH, RTLD_NOW | RTLD_LOCAL);
+  const char* so = getenv("RAVL_SO");  // another build of the library, for A/B runs
+  if (!so) so = RAVL_SO_PATH;
+  void* lib = dlopen(so, RTLD_NOW | RTLD_LOCAL);
   sleef = dlopen("libsleef.so.3", RTLD_NOW | RTLD_LOCAL);
   if (!lib || !sleef) {
-    fprintf(stderr, "cannot load %s or SLEEF\n", RAVL_SO_PATH);
+    fprintf(stderr, "cannot load %s or SLEEF\n", so);
     return 2;
   }
   auto resolve = [&](const char* n) { return dlsym(lib, n); };

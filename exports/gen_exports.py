@@ -182,7 +182,10 @@ def entry_code(f, cls, w, name):
     """An entry point and its slow function. Both have the same signature: the
     entry computes every lane and tests the lane mask; when a lane is flagged it
     tail-calls the slow function, which computes the call again with the inline
-    pass and the lane loop (so the common path needs no stack frame at all)."""
+    pass and the lane loop (so the common path needs no stack frame at all).
+    The common path is written first and marked likely, so that it falls
+    through the lane test to its return and only a flagged call takes a branch
+    (to the tail call, placed after the return)."""
     E = f"ravl::frame::Entry<{f.kernel(cls)}, {w}>"
     slow = f"ravl_slow{name}"
     lines = [f"// {name}"]
@@ -192,8 +195,8 @@ def entry_code(f, cls, w, name):
         call = ", ".join(["r"] + [f"a{i}" for i in range(n)])
         lines.append(f'extern "C" inline RAVL_NOINLINE void* {slow}({params}) {{ return {E}::mem<true>({call}); }}')
         lines.append(f'extern "C" RAVL_EXPORT void* {name}({params}) {{')
-        lines.append(f"  if ({E}::flagged_mem({call})) [[clang::musttail]] return {slow}({call});")
-        lines.append(f"  return {E}::mem<false>({call});")
+        lines.append(f"  if (__builtin_expect(!{E}::flagged_mem({call}), 1)) return {E}::mem<false>({call});")
+        lines.append(f"  [[clang::musttail]] return {slow}({call});")
         lines.append("}")
         return "\n".join(lines)
     params, imgs, args = [], [], []
@@ -223,8 +226,8 @@ def entry_code(f, cls, w, name):
     p, im, a = ", ".join(params), ", ".join(imgs), ", ".join(args)
     lines.append(f'extern "C" inline RAVL_CC RAVL_NOINLINE {rtype} {slow}({p}) {{ return {E}::reg<true>({ptr}, {im}); }}')
     lines.append(f'extern "C" {export}RAVL_CC {rtype} {fn}({p}) {{')
-    lines.append(f"  if ({E}::flagged({im})) [[clang::musttail]] return {slow}({a});")
-    lines.append(f"  return {E}::reg<false>({ptr}, {im});")
+    lines.append(f"  if (__builtin_expect(!{E}::flagged({im}), 1)) return {E}::reg<false>({ptr}, {im});")
+    lines.append(f"  [[clang::musttail]] return {slow}({a});")
     lines.append("}")
     if fn != name:
         lines.append(f"RAVL_SPLIT_THUNK({name}, {fn})")
