@@ -92,19 +92,23 @@ uint64_t rng = 0x9e3779b97f4a7c15ull;
 uint64_t next() { return rng = rng * 6364136223846793005ull + 1442695040888963407ull; }
 double uniform(double lo, double hi) { return lo + (hi - lo) * (double)(next() >> 11) * 0x1p-53; }
 
-// Inputs of a family: floating arguments uniform in [lo, hi]; integer ones
-// random in [ilo, ihi] (never 0 for a divisor: ilo > 0 or ihi < 0 is not
-// needed, zero is skipped).
+// Inputs of a family: floating arguments uniform in [lo, hi], or with
+// exponents uniform in [log2 lo, log2 hi] (`geometric`, for the logarithms,
+// whose inputs span every binade); integer ones random in [ilo, ihi], or any
+// value when ilo == ihi (never 0 for a divisor).
 struct Range {
   const char* family;  // without the trailing f of single families
   double lo, hi;
   int64_t ilo, ihi;
+  bool geometric;
 };
 const Range kRanges[] = {
-    {"exp", -700, 700, 0, 0},          {"exp2", -1000, 1000, 0, 0},      {"exp10", -300, 300, 0, 0},
-    {"expm1", -30, 700, 0, 0},         {"log", 1e-300, 1e300, 0, 0},     {"log2", 1e-300, 1e300, 0, 0},
-    {"log10", 1e-300, 1e300, 0, 0},    {"log1p", -0.9, 1e300, 0, 0},     {"ldexp", -1e6, 1e6, -60, 60},
-    {"div", 0.5, 2, 0, 0},             {"inv", 0.5, 2, 0, 0},            {"nan", 0, 0, 0, 1 << 20},
+    {"exp", -700, 700, 0, 0, false},        {"exp2", -1000, 1000, 0, 0, false},
+    {"exp10", -300, 300, 0, 0, false},      {"expm1", -30, 700, 0, 0, false},
+    {"log", 1e-300, 1e300, 0, 0, true},     {"log2", 1e-300, 1e300, 0, 0, true},
+    {"log10", 1e-300, 1e300, 0, 0, true},   {"log1p", 1e-10, 1e10, 0, 0, true},
+    {"ldexp", -1e6, 1e6, -60, 60, false},   {"div", 0.5, 2, 0, 0, false},
+    {"inv", 0.5, 2, 0, 0, false},           {"nan", 0, 0, 0, 1 << 20, false},
 };
 const double kDefaultLo = -1e6, kDefaultHi = 1e6;
 // Single families' exp/log ranges are clipped to what a float holds.
@@ -127,7 +131,7 @@ template <class T> void fill(unsigned char* buf, const Range& r, bool divisor) {
         if (r.lo == -300) lo = -37, hi = 37;
         if (r.lo == -30) lo = -20, hi = 80;
       }
-      p[i] = (T)uniform(lo, hi);
+      p[i] = r.geometric ? (T)__builtin_exp2(uniform(__builtin_log2(lo), __builtin_log2(hi))) : (T)uniform(lo, hi);
     } else {
       T v;
       do {
@@ -251,7 +255,7 @@ const Range& range_of(const char* family, const char* sig) {
   if (sig[0] == 's' && n > 1 && base[n - 1] == 'f') base[n - 1] = 0;
   for (const Range& r : kRanges)
     if (strcmp(r.family, base) == 0) return r;
-  def = {family, kDefaultLo, kDefaultHi, 0, 0};
+  def = {family, kDefaultLo, kDefaultHi, 0, 0, false};
   return def;
 }
 
