@@ -7,8 +7,10 @@ with llvm-mca's bound for each entry's common path.
 Runs BUILD_DIR/bench/ravl_bench (the .so, SLEEF rows included) and
 BUILD_DIR/bench/ravl_bench_win.exe under Wine (the DLL), then for each of our
 entries takes the common path out of the binary (from the entry to its first
-return, following the branch that does not leave for the slow twin) and asks
-llvm-mca (-mcpu=znver3) for its block throughput and what bounds it. Prints a
+return, following the branch that does not leave for the slow twin), puts in
+front of it the loads that give it fresh arguments (as each call of the
+benchmark has), and asks llvm-mca (-mcpu=znver3) for its steady-state cycles
+per run and what bounds it. Prints a
 markdown table: ns/element and the ratio to the peer on both binaries, cycles
 per call, and (call floor + mca bound), where the call floor is the measured
 cost of `fabsf8` (one AND) less its own bound.
@@ -60,27 +62,48 @@ def disassemble(binary):
     return funcs, by_addr
 
 
-def aliases():
-    """Export name -> every name bound to the same body (the disassembly
-    labels a shared body with one of them)."""
-    body, same = {}, {}
+def export_rows():
+    """Export name -> (its body, its argument places): vK:B vector registers
+    from K, gK:B integer argument register K, mK:B memory images."""
+    rows = {}
     with open(f"{BUILD}/gen/exports_list.inc") as f:
         for line in f:
-            m = re.match(r'\{"(\w+)", "(\w+)"', line)
+            m = re.match(r'\{"(\w+)", "(\w+)",.*"(?:reg|mem)", "([^"]*)", "([^"]*)"\},', line)
             if m:
-                body[m.group(1)] = m.group(2)
-    for n, b in body.items():
-        same.setdefault(b, []).append(n)
-    return {n: same[b] for n, b in body.items()}
+                rows[m.group(1)] = (m.group(2), m.group(3))
+    return rows
 
 
-ALIASES = aliases()
+ROWS = export_rows()
+ALIASES = {}
+for _n, (_b, _) in ROWS.items():
+    ALIASES.setdefault(_b, []).append(_n)
+ALIASES = {n: ALIASES[b] for n, (b, _) in ROWS.items()}
+INT_ARGS = {"so": ["edi", "esi", "edx", "ecx"], "dll": ["ecx", "edx", "r8d", "r9d"]}
 
 
-def common_path(name, funcs, by_addr):
+def argument_loads(name, platform):
+    """Loads that give the block its arguments afresh on every run, as the
+    benchmark's calls do: without them llvm-mca would chain each run's result
+    register into the next run's argument and report latency, not throughput."""
+    loads = []
+    for place in ROWS.get(name, ("", ""))[1].split(","):
+        m = re.match(r"([vg])(\d+):(\d+)", place)
+        if not m:
+            continue
+        k, size = int(m.group(2)), int(m.group(3))
+        if m.group(1) == "v":
+            loads += [f"vmovups (%r11), %ymm{r}" for r in range(k, k + max(1, size // 32))]
+        else:
+            loads.append(f"movl (%r11), %{INT_ARGS[platform][k]}")
+    return loads
+
+
+def common_path(name, funcs, by_addr, platform="so"):
     """The instructions from the entry to its first return that stays off the
     tail call to the slow twin; conditional branches are followed the way that
     reaches a return."""
+    export = name
     name = next((n for n in [name] + ALIASES.get(name, []) if funcs.get(n)), None)
     if name is None:
         return None
@@ -113,30 +136,35 @@ def common_path(name, funcs, by_addr):
         return None
     # Branch targets are addresses llvm-mca cannot resolve: keep the compare,
     # drop the jump (it fuses with the compare on these cores anyway).
-    return [t for t in body if not re.match(r"^j", t)]
+    return argument_loads(export, platform) + [t for t in body if not re.match(r"^j", t)]
 
 
 def mca(lines):
+    """llvm-mca's steady-state cycles per run of the block (its simulated
+    total cycles over 200 back-to-back runs, which accounts for the latency
+    chains the scheduler cannot hide, not only port pressure), and what
+    bounds it: the busiest pipe, dispatch, or the dependency chain."""
     if not lines:
         return None, "?"
-    out = subprocess.run(["llvm-mca", "-mcpu=znver3", "-iterations=200"], input="\n".join(lines) + "\n",
+    iters = 200
+    out = subprocess.run(["llvm-mca", "-mcpu=znver3", f"-iterations={iters}"], input="\n".join(lines) + "\n",
                          check=True, capture_output=True, text=True).stdout
-    rthru = float(re.search(r"Block RThroughput:\s+([0-9.]+)", out).group(1))
-    uops = float(re.search(r"Total uOps:\s+([0-9]+)", out).group(1)) / 200
+    cycles = float(re.search(r"Total Cycles:\s+([0-9]+)", out).group(1)) / iters
+    uops = float(re.search(r"Total uOps:\s+([0-9]+)", out).group(1)) / iters
     width = float(re.search(r"Dispatch Width:\s+([0-9]+)", out).group(1))
-    # The resource with the highest pressure per iteration.
-    names, pressure = [], []
     sect = out.split("Resource pressure per iteration:")[1].splitlines()
     names = re.findall(r"\[(\d+(?:\.\d+)?)\]", sect[1])
     vals = [float(v) if v != "-" else 0.0 for v in sect[2].split()]
     legend = dict(re.findall(r"^\[(\d+(?:\.\d+)?)\]\s+-\s+(\S+)", out, re.M))
     best = max(range(len(vals)), key=lambda k: vals[k]) if vals else None
-    what = f"{len(lines)} insns, {uops:.0f} uops"
-    if best is not None and vals[best] >= rthru - 0.01:
-        what += f", port {legend.get(names[best], names[best])} {vals[best]:.1f}"
-    elif uops / width >= rthru - 0.01:
-        what += ", dispatch"
-    return rthru, what
+    what = f"{len(lines)} insns, {uops:.0f} uops: "
+    if best is not None and vals[best] >= 0.9 * cycles:
+        what += f"pipe {legend.get(names[best], names[best])} ({vals[best]:.1f})"
+    elif uops / width >= 0.9 * cycles:
+        what += "dispatch"
+    else:
+        what += f"latency chain (busiest pipe {vals[best]:.1f})" if best is not None else "latency chain"
+    return cycles, what
 
 
 def main():
@@ -148,13 +176,13 @@ def main():
     so_funcs, so_addr = disassemble(f"{BUILD}/libocl_ravl_l9.so")
     dll_funcs, dll_addr = disassemble(f"{BUILD}/libocl_ravl_l9.dll")
 
-    def floor(rows, cyc, funcs, addr):
+    def floor(rows, cyc, funcs, addr, platform):
         ns, lanes, _ = rows["fabsf8"]
-        b, _ = mca(common_path("__ocl_ravl_l9_fabsf8", funcs, addr))
+        b, _ = mca(common_path("__ocl_ravl_l9_fabsf8", funcs, addr, platform))
         return ns * lanes / cyc - (b or 0)
 
-    so_floor = floor(so_rows, so_cyc, so_funcs, so_addr)
-    dll_floor = floor(dll_rows, dll_cyc, dll_funcs, dll_addr)
+    so_floor = floor(so_rows, so_cyc, so_funcs, so_addr, "so")
+    dll_floor = floor(dll_rows, dll_cyc, dll_funcs, dll_addr, "dll")
     print(f"one cycle: {so_cyc:.3f} ns (.so run), {dll_cyc:.3f} ns (DLL run); call floor "
           f"{so_floor:.1f} cycles (.so), {dll_floor:.1f} (DLL); llvm-mca -mcpu=znver3\n")
     print("| entry | ns | peer ns | ratio | cycles | floor+mca | bound by | DLL ns | DLL ratio | DLL cycles "
@@ -164,8 +192,8 @@ def main():
         if name.startswith("sleef "):
             continue
         sym = "__ocl_ravl_l9_" + name
-        b, what = mca(common_path(sym, so_funcs, so_addr))
-        db, _ = mca(common_path(sym, dll_funcs, dll_addr))
+        b, what = mca(common_path(sym, so_funcs, so_addr, "so"))
+        db, _ = mca(common_path(sym, dll_funcs, dll_addr, "dll"))
         cyc = ns * lanes / so_cyc
         pns = so_rows[peer][0] if peer in so_rows else None
         ratio = pns / ns if pns else None
