@@ -1,7 +1,8 @@
 // The checker checked: hand-written callees that break one promise each must
-// be caught by the trampoline (tests/call_sysv.S) or the harness
+// be caught by the trampoline (tests/call_checked.S) or the harness
 // (tests/common/harness.h), and well-behaved ones must pass, so that a clean
-// run of the export-wide tests means something.
+// run of the export-wide tests means something. (The Windows runner checks
+// its own trampoline the same way before it runs the DLL.)
 #include <gtest/gtest.h>
 #include <immintrin.h>
 
@@ -9,14 +10,16 @@
 
 using namespace ravl_test;
 
-// Callees in assembly: each keeps the convention except where its name says.
+#define CALLEES(X)                                                                                               \
+  X(ok) X(rbx) X(rbp_r15) X(vzeroupper) X(xmm12) X(mxcsr) X(status_flags) X(stack) X(rsp) X(copy32) X(copy33) \
+  X(copy_rax0) X(copy_writes_input) X(identity) X(upper_lanes) X(ptr_half) X(ptr_full) X(int_low) X(int_full)
+#define DECLARE(n) void ravl_selftest_##n();
+extern "C" {
+CALLEES(DECLARE)
+}
+
 asm(R"(
         .text
-        .globl ravl_selftest_ok, ravl_selftest_rbx, ravl_selftest_rbp_r15, ravl_selftest_vzeroupper
-        .globl ravl_selftest_xmm12, ravl_selftest_mxcsr, ravl_selftest_status_flags, ravl_selftest_stack
-        .globl ravl_selftest_rsp, ravl_selftest_copy32, ravl_selftest_copy33, ravl_selftest_copy_rax0
-        .globl ravl_selftest_copy_writes_input, ravl_selftest_identity, ravl_selftest_upper_lanes
-        .globl ravl_selftest_ptr_half, ravl_selftest_ptr_full, ravl_selftest_int_low, ravl_selftest_int_full
 ravl_selftest_ok:                       // clobbers every volatile register
         mov $1, %rax
         mov $2, %rcx
@@ -28,13 +31,9 @@ ravl_selftest_ok:                       // clobbers every volatile register
         mov $8, %r10
         mov $9, %r11
         vpcmpeqb %ymm0, %ymm0, %ymm0
-        vmovdqa %ymm0, %ymm1
-        vmovdqa %ymm0, %ymm2
-        vmovdqa %ymm0, %ymm3
-        vmovdqa %ymm0, %ymm4
-        vmovdqa %ymm0, %ymm5
-        vmovdqa %ymm0, %ymm6
-        vmovdqa %ymm0, %ymm7
+        .irp k, 1, 2, 3, 4, 5, 6, 7
+        vmovdqa %ymm0, %ymm\k
+        .endr
         ret
 ravl_selftest_rbx:
         mov $1, %rbx
@@ -66,16 +65,11 @@ ravl_selftest_stack:                    // writes the caller's frame
 ravl_selftest_rsp:                      // rax = rsp before the call
         lea 8(%rsp), %rax
         ret
-ravl_selftest_copy32:                   // by-address form, 4 doubles
-        vmovdqu (%rsi), %ymm0
-        vmovdqu %ymm0, (%rdi)
-        mov %rdi, %rax
-        vzeroupper
-        ret
-ravl_selftest_copy33:
-        vmovdqu (%rsi), %ymm0
-        vmovdqu %ymm0, (%rdi)
+ravl_selftest_copy33:                   // by-address form, 4 doubles, and one byte more
         movb $0, 32(%rdi)
+ravl_selftest_copy32:
+        vmovdqu (%rsi), %ymm0
+        vmovdqu %ymm0, (%rdi)
         mov %rdi, %rax
         vzeroupper
         ret
@@ -86,12 +80,8 @@ ravl_selftest_copy_rax0:
         vzeroupper
         ret
 ravl_selftest_copy_writes_input:
-        vmovdqu (%rsi), %ymm0
-        vmovdqu %ymm0, (%rdi)
         movb $0, 3(%rsi)
-        mov %rdi, %rax
-        vzeroupper
-        ret
+        jmp ravl_selftest_copy32
 ravl_selftest_identity:
         ret
 ravl_selftest_upper_lanes:              // float2 result from lanes 2-3 of the input
@@ -111,51 +101,25 @@ ravl_selftest_int_full:                 // reads the undefined upper half of n
         ret
 )");
 
-extern "C" {
-void ravl_selftest_ok();
-void ravl_selftest_rbx();
-void ravl_selftest_rbp_r15();
-void ravl_selftest_vzeroupper();
-void ravl_selftest_xmm12();
-void ravl_selftest_mxcsr();
-void ravl_selftest_status_flags();
-void ravl_selftest_stack();
-void ravl_selftest_rsp();
-void ravl_selftest_copy32();
-void ravl_selftest_copy33();
-void ravl_selftest_copy_rax0();
-void ravl_selftest_copy_writes_input();
-void ravl_selftest_identity();
-void ravl_selftest_upper_lanes();
-void ravl_selftest_ptr_half();
-void ravl_selftest_ptr_full();
-void ravl_selftest_int_low();
-void ravl_selftest_int_full();
-}
-
 namespace {
 
-uint32_t trampoline(void (*fn)(), uint32_t form) {
-  RegFile rf;
+uint32_t trampoline(void (*fn)(), uint32_t form, RegFile& rf) {
   memset(&rf, 0, sizeof rf);
   rf.form = form;
   return (uint32_t)ravl_call_checked((void*)fn, &rf);
 }
 
-constexpr uint32_t kYmm8to15 = 0xffu << (kClobberYmmShift + 2);
-
-struct TrampolineCase {
+const uint32_t kYmm8to15 = 0xffu << (kClobberYmmShift + 2), kYmm12 = 1u << (kClobberYmmShift + 6);
+const struct {
   const char* what;
   void (*fn)();
   uint32_t reg_form, by_address;  // expected bits in each form
-};
-
-const TrampolineCase kTrampolineCases[] = {
+} kTrampolineCases[] = {
     {"volatile registers only", ravl_selftest_ok, 0, 0},
     {"rbx", ravl_selftest_rbx, kClobberRbx, kClobberRbx},
     {"rbp and r15", ravl_selftest_rbp_r15, kClobberRbp | kClobberR15, kClobberRbp | kClobberR15},
     {"vzeroupper", ravl_selftest_vzeroupper, kYmm8to15, 0},
-    {"xmm12", ravl_selftest_xmm12, 1u << (kClobberYmmShift + 6), 0},
+    {"xmm12", ravl_selftest_xmm12, kYmm12, 0},
     {"MXCSR control", ravl_selftest_mxcsr, kClobberMxcsr, kClobberMxcsr},
     {"MXCSR status flags", ravl_selftest_status_flags, 0, 0},
     {"caller's stack", ravl_selftest_stack, kClobberCallerStack, kClobberCallerStack},
@@ -164,50 +128,39 @@ const TrampolineCase kTrampolineCases[] = {
 }  // namespace
 
 TEST(CallChecked, TrampolineCatchesEachBrokenPromise) {
+  RegFile rf;
   for (const auto& c : kTrampolineCases) {
-    unsigned before = _mm_getcsr();
-    EXPECT_EQ(trampoline(c.fn, kFormRegister), c.reg_form) << c.what << ", register form";
-    EXPECT_EQ(trampoline(c.fn, kFormByAddress), c.by_address) << c.what << ", by-address form";
+    const unsigned before = _mm_getcsr();
+    EXPECT_EQ(trampoline(c.fn, kFormRegister, rf), c.reg_form) << c.what << ", register form";
+    EXPECT_EQ(trampoline(c.fn, kFormByAddress, rf), c.by_address) << c.what << ", by-address form";
     EXPECT_EQ(_mm_getcsr() & 0xffc0u, before & 0xffc0u) << c.what << ": MXCSR not given back";
   }
-}
-
-TEST(CallChecked, StackIs16ButNot32ByteAligned) {
-  RegFile rf;
-  memset(&rf, 0, sizeof rf);
-  EXPECT_EQ(ravl_call_checked((void*)ravl_selftest_rsp, &rf), 0);
-  EXPECT_EQ(rf.rax % 32, 16u);
+  EXPECT_EQ(trampoline(ravl_selftest_rsp, kFormRegister, rf), 0u);
+  EXPECT_EQ(rf.rax % 32, 16u) << "the stack at the call must be 16-byte but not 32-byte aligned";
 }
 
 namespace {
 
-struct HarnessCase {
+const ExportRow kCopy = {"t", "t", "t", "plain", "full", 4, "d(d)", "mem", "m1:32", "m0:32"};
+const ExportRow kFloat2 = {"t", "t", "t", "plain", "full", 2, "s(s)", "reg", "v0:16", "v0:16"};
+const ExportRow kPtr = {"t", "t", "t", "plain", "full", 2, "d(d,*d)", "reg", "v0:16,p0:16", "v0:16"};
+const ExportRow kCvt = {"t", "t", "t", "plain", "full", 1, "d(i)", "reg", "g0:4", "v0:8"};
+const struct {
   const char* what;
   void (*fn)();
-  ExportRow row;
+  const ExportRow& row;
   uint32_t faults;
-};
-
-const HarnessCase kHarnessCases[] = {
-    {"by-address copy", ravl_selftest_copy32, {"t", "t", "t", "plain", "full", 4, "d(d)", "mem", "m1:32", "m0:32"}, 0},
-    {"one byte past the buffer", ravl_selftest_copy33,
-     {"t", "t", "t", "plain", "full", 4, "d(d)", "mem", "m1:32", "m0:32"}, kFaultGuard},
-    {"rax not the buffer", ravl_selftest_copy_rax0,
-     {"t", "t", "t", "plain", "full", 4, "d(d)", "mem", "m1:32", "m0:32"}, kFaultRax},
-    {"writes its input", ravl_selftest_copy_writes_input,
-     {"t", "t", "t", "plain", "full", 4, "d(d)", "mem", "m1:32", "m0:32"}, kFaultGuard},
-    {"float2 identity", ravl_selftest_identity,
-     {"t", "t", "t", "plain", "full", 2, "s(s)", "reg", "v0:16", "v0:16"}, 0},
-    {"float2 from the undefined lanes", ravl_selftest_upper_lanes,
-     {"t", "t", "t", "plain", "full", 2, "s(s)", "reg", "v0:16", "v0:16"}, kFaultUnstable},
-    {"pointer result written", ravl_selftest_ptr_full,
-     {"t", "t", "t", "plain", "full", 2, "d(d,*d)", "reg", "v0:16,p0:16", "v0:16"}, 0},
-    {"pointer result half written", ravl_selftest_ptr_half,
-     {"t", "t", "t", "plain", "full", 2, "d(d,*d)", "reg", "v0:16,p0:16", "v0:16"}, kFaultUnstable},
-    {"32-bit integer argument", ravl_selftest_int_low,
-     {"t", "t", "t", "plain", "full", 1, "d(i)", "reg", "g0:4", "v0:8"}, 0},
-    {"reads the upper half of a 32-bit argument", ravl_selftest_int_full,
-     {"t", "t", "t", "plain", "full", 1, "d(i)", "reg", "g0:4", "v0:8"}, kFaultUnstable},
+} kHarnessCases[] = {
+    {"by-address copy", ravl_selftest_copy32, kCopy, 0},
+    {"one byte past the buffer", ravl_selftest_copy33, kCopy, kFaultGuard},
+    {"rax not the buffer", ravl_selftest_copy_rax0, kCopy, kFaultRax},
+    {"writes its input", ravl_selftest_copy_writes_input, kCopy, kFaultGuard},
+    {"float2 identity", ravl_selftest_identity, kFloat2, 0},
+    {"float2 from the undefined lanes", ravl_selftest_upper_lanes, kFloat2, kFaultUnstable},
+    {"pointer result written", ravl_selftest_ptr_full, kPtr, 0},
+    {"pointer result half written", ravl_selftest_ptr_half, kPtr, kFaultUnstable},
+    {"32-bit integer argument", ravl_selftest_int_low, kCvt, 0},
+    {"reads the upper half of a 32-bit argument", ravl_selftest_int_full, kCvt, kFaultUnstable},
 };
 
 }  // namespace
@@ -221,21 +174,19 @@ TEST(CallChecked, HarnessCatchesEachBrokenPromise) {
   }
 }
 
-// The harness reads results where the row says they are.
+// The harness reads the results where the row says they are.
 TEST(CallChecked, HarnessFindsTheResults) {
-  const ExportRow copy = {"t", "t", "t", "plain", "full", 4, "d(d)", "mem", "m1:32", "m0:32"};
-  const ExportRow cvt = {"t", "t", "t", "plain", "full", 1, "d(i)", "reg", "g0:4", "v0:8"};
-  Shape sh = parse_shape(copy), sh1 = parse_shape(cvt);
-  ASSERT_EQ(sh.out_bytes, 32);
-  ASSERT_EQ(sh1.out_bytes, 8);
+  const Shape copy = parse_shape(kCopy), cvt = parse_shape(kCvt);
+  ASSERT_EQ(out_bytes(copy), 32);
+  ASSERT_EQ(out_bytes(cvt), 8);
   for (int t = 0; t < 8; ++t) {
     CallIn in;
     CallOut o;
-    make_inputs(sh, t, in);
-    call_checked((void*)ravl_selftest_copy32, sh, in, t, o);
+    make_inputs(copy, t, in);
+    call_checked((void*)ravl_selftest_copy32, copy, in, t, o);
     EXPECT_EQ(memcmp(o.bytes, in.lane[0], 32), 0);
-    make_inputs(sh1, t, in);
-    call_checked((void*)ravl_selftest_int_low, sh1, in, t, o);
+    make_inputs(cvt, t, in);
+    call_checked((void*)ravl_selftest_int_low, cvt, in, t, o);
     double d;
     memcpy(&d, o.bytes, 8);
     EXPECT_EQ(d, (double)(int32_t)in.lane[0][0]);

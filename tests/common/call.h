@@ -1,79 +1,84 @@
-// Calls an export of the .so by name on arrays of lanes, whatever its width,
-// signature or register form, through the checked trampoline: a family test
-// says `call("exp16", r, x)` instead of building each width's vectors.
+// Runs exports of the .so by name ("divf8_native": the export without its
+// prefix) on arrays of lanes of any length, through the checked trampoline
+// and the harness (tests/common/harness.h), whatever the width, signature or
+// register form:
 //
-//   ravl_test::call(name, r, args...)        one result (w lanes written to r)
-//   ravl_test::call2(name, r0, r1, args...)  two results, or a result and the
-//                                            one stored through the pointer
-// name is the export without its prefix ("divf8_native"); args point to w
-// lanes each. Lanes past the width get copies of lane 0. The call fails the
-// current test when the convention check or a guard reports a fault.
+//   Lanes out = run_lanes(name, {xs, ys});
+//
+// args[i][j] is lane j of argument i and out[k][j] lane j of output k (the
+// results, then the one stored through the pointer), all as bits zero-extended
+// to 64; the calls go in groups of the export's width. A convention or guard
+// fault fails the current test. Lookups may run in several threads at once.
 #pragma once
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <map>
 #include <string>
-#include <unordered_map>
+#include <vector>
 
 #include "tests/common/harness.h"
 
 namespace ravl_test {
 
+constexpr size_t kPrefix = sizeof "__ocl_ravl_l9_" - 1;
+
+inline void* so_handle() {
+  static void* h = dlopen(RAVL_SO_PATH, RTLD_NOW | RTLD_LOCAL);
+  return h;
+}
+inline std::string faults_text(uint32_t f) {
+  char buf[512];
+  describe_faults(f, buf, sizeof buf);
+  return buf;
+}
+
 struct Callee {
   void* fn;
   Shape shape;
+  const ExportRow* row;
 };
-
-inline const Callee& callee(const std::string& name) {
-  static std::unordered_map<std::string, Callee> cache;
-  static void* so = dlopen(RAVL_SO_PATH, RTLD_NOW | RTLD_LOCAL);
-  auto it = cache.find(name);
-  if (it != cache.end()) return it->second;
-  std::string full = "__ocl_ravl_l9_" + name;
-  for (int e = 0; e < kExportCount; ++e)
-    if (full == kExports[e].name) {
-      Callee c{so ? dlsym(so, full.c_str()) : nullptr, parse_shape(kExports[e])};
-      if (!c.fn) break;
-      return cache.emplace(name, c).first->second;
-    }
-  ADD_FAILURE() << "no export " << full;
-  static Callee none{nullptr, {}};
-  return none;
+// Every export, resolved once.
+inline const Callee* callee(const std::string& name) {
+  static const std::map<std::string, Callee> all = [] {
+    std::map<std::string, Callee> m;
+    for (const ExportRow& r : kExports)
+      m[r.name + kPrefix] = {so_handle() ? dlsym(so_handle(), r.name) : nullptr, parse_shape(r), &r};
+    return m;
+  }();
+  const auto it = all.find(name);
+  if (it != all.end() && it->second.fn) return &it->second;
+  ADD_FAILURE() << "no export " << name;
+  return nullptr;
+}
+// The short name of a family's member ("plain", "native", ... classes).
+inline std::string member(const std::string& family, const std::string& cls, int w) {
+  return family + std::to_string(w) + (cls == "plain" ? "" : "_" + cls);
 }
 
-template <class... A> void call_lanes(const std::string& name, void* r0, void* r1, const A*... args) {
-  const Callee& c = callee(name);
-  if (!c.fn) return;
-  const Shape& sh = c.shape;
+using Lanes = std::vector<std::vector<uint64_t>>;
+
+inline Lanes run_lanes(const std::string& name, const Lanes& args) {
+  const Callee* c = callee(name);
+  const size_t n = args.empty() ? 0 : args[0].size();
+  Lanes out(c ? c->shape.nout : 0, std::vector<uint64_t>(n, 0));
+  if (!c) return out;
+  const Shape& sh = c->shape;
   CallIn in;
-  std::memset(&in, 0, sizeof in);
-  const void* a[] = {args..., nullptr};
-  for (int i = 0; i < sh.nin; ++i)
-    for (int j = 0; j < sh.w; ++j) {
-      int lb = lane_bytes(sh.in_t[i]);
-      std::memcpy(&in.lane[i][j], (const char*)a[i] + j * lb, (size_t)lb);
-    }
-  static CallOut out;
-  call_once(c.fn, sh, in, 0, 0, out);
-  if (out.faults) ADD_FAILURE() << name << ": convention or guard fault 0x" << std::hex << out.faults;
-  int n0 = sh.w * lane_bytes(sh.res_t[0]);
-  std::memcpy(r0, out.bytes + sh.res_offset[0], (size_t)n0);
-  if (r1) {
-    Lane t1 = sh.nres == 2 ? sh.res_t[1] : sh.ptr_t;
-    std::memcpy(r1, out.bytes + sh.res_offset[1], (size_t)(sh.w * lane_bytes(t1)));
+  CallOut o;
+  uint32_t faults = 0;
+  for (size_t at = 0; at < n; at += sh.w) {
+    for (int i = 0; i < sh.nin; ++i)
+      for (int j = 0; j < sh.w; ++j) in.lane[i][j] = args[i][at + j < n ? at + j : at];
+    call_once(c->fn, sh, in, (int)(at / sh.w), 0, o);
+    faults |= o.faults;
+    for (int k = 0; k < sh.nout; ++k)
+      for (int j = 0, lb = lane_bytes(sh.out_t[k]); j < sh.w && at + j < n; ++j)
+        memcpy(&out[k][at + j], o.bytes + sh.out_off[k] + j * lb, (size_t)lb);
   }
+  if (faults) ADD_FAILURE() << name << ": " << faults_text(faults);
+  return out;
 }
-
-template <class R, class... A> void call(const std::string& name, R* r, const A*... args) {
-  call_lanes(name, r, nullptr, args...);
-}
-template <class R0, class R1, class... A> void call2(const std::string& name, R0* r0, R1* r1, const A*... args) {
-  call_lanes(name, r0, r1, args...);
-}
-
-// The width of an export (1, 2, 3, 4, 8 or 16).
-inline int width_of(const std::string& name) { return callee(name).shape.w; }
 
 }  // namespace ravl_test

@@ -1,15 +1,18 @@
-// The fixed, deterministic inputs of the export-wide tests, shared by the
-// Linux tests and the Windows runner so that both binaries see the same bits.
+// The inputs of every test that runs exports on generated values, shared by
+// the Linux tests and the Windows runner so that both see the same bits: C
+// library only, and built from integer bit patterns and exact operations, so
+// the same under any compiler and C runtime (generate in the default rounding
+// mode; a few cases use one correctly rounded multiply or conversion).
 //
-// Every value is built from integer bit patterns and exact operations only,
-// so the generator gives the same bits under any compiler and C runtime.
-// Lane values are drawn from a seeded SplitMix64 stream: a mix of ordinary
-// values over several ranges, the special values (NaN with and without
-// payloads, signalling NaN, infinities, signed zeros, denormals, the extreme
-// finite values, the overflow and underflow thresholds of exp, integers and
-// half-integers at the rounding boundaries of the conversions) and random bit
-// patterns; integer lanes mix small, medium and random values with the edges
-// (0, +-1, INT_MIN, INT_MAX, UINT_MAX, 2^53 + 1, ...).
+// gen_call() draws one lane of every argument of a signature: floating lanes
+// mix the special values, powers of two and their neighbours, the rounding
+// boundaries of the conversions and of rounding to integers, denormals, huge
+// and tiny values and random bits; a second floating argument is often tied
+// to the first (equal magnitude, a few ulps away, a close exponent, x a
+// multiple or a half-odd multiple of y), a third is often minus the product
+// of the first two (fma's cancellation); ldexp's n lands near x's underflow and
+// overflow thresholds; integer pairs put x at k*y - 1, k*y, k*y + 1; integer
+// lanes have their ties at 24 and 53 significant bits.
 #pragma once
 
 #include <stdint.h>
@@ -19,229 +22,204 @@ namespace ravl_test {
 
 // Lane types of the family table's signatures.
 enum Lane : uint8_t { kD, kS, kI, kU, kL, kUL };
-
 inline int lane_bytes(Lane t) { return (t == kD || t == kL || t == kUL) ? 8 : 4; }
+inline bool is_fp(Lane t) { return t == kD || t == kS; }
 
 struct Rng {
   uint64_t s;
   explicit Rng(uint64_t seed) : s(seed) {}
-  uint64_t next() {
+  uint64_t next() {  // SplitMix64
     uint64_t z = (s += 0x9e3779b97f4a7c15ull);
     z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9ull;
     z = (z ^ (z >> 27)) * 0x94d049bb133111ebull;
     return z ^ (z >> 31);
   }
   uint32_t below(uint32_t n) { return (uint32_t)(next() % n); }
+  int64_t symmetric(int64_t n) { return (int64_t)(next() % (uint64_t)(2 * n + 1)) - n; }  // in [-n, n]
 };
 
-inline uint64_t bits_of(double x) {
-  uint64_t b;
-  memcpy(&b, &x, 8);
-  return b;
-}
-inline uint32_t bits_of(float x) {
-  uint32_t b;
-  memcpy(&b, &x, 4);
-  return b;
-}
-
-// Double special values (bit patterns).
 constexpr uint64_t kDoubleSpecials[] = {
-    0x0000000000000000ull, 0x8000000000000000ull,  // +-0
-    0x7ff0000000000000ull, 0xfff0000000000000ull,  // +-inf
-    0x7ff8000000000000ull, 0xfff8000000000000ull,  // quiet NaN, the default NaN
-    0x7ff8000000000123ull, 0xfffc00000000abcdull,  // NaN payloads
-    0x7ff0000000000001ull, 0xfff4000000000000ull,  // signalling NaN
-    0x0000000000000001ull, 0x800fffffffffffffull,  // smallest and largest denormals
-    0x0000000123456789ull, 0x0010000000000000ull,  // a denormal, DBL_MIN
-    0x8010000000000000ull, 0x7fefffffffffffffull,  // -DBL_MIN, DBL_MAX
-    0xffefffffffffffffull, 0x3ff0000000000000ull,  // -DBL_MAX, 1
-    0xbff0000000000000ull, 0x3fe0000000000000ull,  // -1, 0.5
-    0x40862e42fefa39efull, 0x40862e42fefa39f0ull,  // ln(DBL_MAX) and above
-    0xc0874910d52d3051ull, 0xc0874910d52d3052ull,  // exp's underflow threshold -745.13 and below
-    0x408633ce8fb9f87eull, 0xc086232bdd7abcd2ull,  // 710.475860073944, ln(DBL_MIN)
-    0x400921fb54442d18ull, 0x3ff921fb54442d18ull,  // pi, pi/2
-    0x4330000000000000ull, 0x4330000000000001ull,  // 2^52, 2^52 + 1
-    0x4340000000000001ull, 0xc340000000000001ull,  // +-(2^53 + 2)
-    0x41dfffffffe00000ull, 0x41e0000000000000ull,  // 2^31 - 0.5, 2^31
-    0xc1e0000000000000ull, 0xc1e0000000100000ull,  // -2^31, -2^31 - 0.5
-    0x41efffffffe00000ull, 0x41f0000000000000ull,  // 2^32 - 1, 2^32
-    0x43e0000000000000ull, 0xc3e0000000000000ull,  // +-2^63
-    0x43f0000000000000ull, 0x43efffffffffffffull,  // 2^64, largest double below it
-    0x4004000000000000ull, 0xc00c000000000000ull,  // 2.5, -3.5 (ties)
-    0x3fdfffffffffffffull, 0x7fe0000000000000ull,  // largest double below 0.5, 2^1023
+    0x0000000000000000, 0x8000000000000000, 0x7ff0000000000000, 0xfff0000000000000,  // +-0, +-inf
+    0x7ff8000000000000, 0xfff8000000000000, 0x7ff8000000000123, 0xfffc00000000abcd,  // quiet NaN, payloads
+    0x7ff0000000000001, 0xfff4000000000000,                                          // signalling NaN
+    0x0000000000000001, 0x800fffffffffffff, 0x0000000123456789, 0x8000000000000003,  // denormals
+    0x0010000000000000, 0x8010000000000000, 0x7fefffffffffffff, 0xffefffffffffffff,  // +-DBL_MIN, +-DBL_MAX
+    0x3ff0000000000000, 0xbff0000000000000, 0x3fe0000000000000, 0x4000000000000000,  // 1, -1, 0.5, 2
+    0x3fefffffffffffff, 0x3ff0000000000001, 0x4008000000000000, 0xc01c000000000000,  // 1 -+ ulp, 3, -7
+    0x3fb999999999999a, 0x4024000000000000, 0x3cb0000000000000, 0x1de0000000000000,  // 0.1, 10, eps, 2^-537
+    0x40862e42fefa39ef, 0x40862e42fefa39f0, 0xc0874910d52d3051, 0xc0874910d52d3052,  // exp's overflow, underflow
+    0x408633ce8fb9f87e, 0xc086232bdd7abcd2, 0x400921fb54442d18, 0x3ff921fb54442d18,  // 710.48, ln DBL_MIN, pi, pi/2
+    0x4330000000000000, 0x4330000000000001, 0x4340000000000001, 0xc340000000000001,  // 2^52, 2^52+1, +-(2^53+2)
+    0x433fffffffffffff, 0x41dfffffffe00000, 0x41e0000000000000, 0xc1e0000000000000,  // 2^53-1, 2^31-.5, +-2^31
+    0xc1e0000000100000, 0x41efffffffe00000, 0x41f0000000000000, 0x43e0000000000000,  // -2^31-.5, 2^32-1, 2^32, 2^63
+    0xc3e0000000000000, 0x43f0000000000000, 0x43efffffffffffff, 0x4004000000000000,  // -2^63, 2^64 and below, 2.5
+    0xc00c000000000000, 0x3fdfffffffffffff, 0x7fe0000000000000, 0x7fd5555555555555,  // -3.5, below .5, 2^1023, max/3
 };
-
-// Single special values (bit patterns).
 constexpr uint32_t kFloatSpecials[] = {
-    0x00000000u, 0x80000000u,  // +-0
-    0x7f800000u, 0xff800000u,  // +-inf
-    0x7fc00000u, 0xffc00000u,  // quiet NaN, the default NaN
-    0x7fc00123u, 0xffe0abcdu,  // NaN payloads
-    0x7f800001u, 0xffa00000u,  // signalling NaN
-    0x00000001u, 0x807fffffu,  // smallest and largest denormals
-    0x00012345u, 0x00800000u,  // a denormal, FLT_MIN
-    0x80800000u, 0x7f7fffffu,  // -FLT_MIN, FLT_MAX
-    0xff7fffffu, 0x3f800000u,  // -FLT_MAX, 1
-    0xbf800000u, 0x3f000000u,  // -1, 0.5
-    0x42b17218u, 0x42b17219u,  // ln(FLT_MAX) and above
-    0xc2cff1b5u, 0xc2cff1b6u,  // expf's underflow threshold -103.97 and below
-    0xc2aeac50u, 0x42b2d4fcu,  // ln(FLT_MIN), 89.41599
-    0x40490fdbu, 0x3fc90fdbu,  // pi, pi/2
-    0x4b000000u, 0x4b000001u,  // 2^23, 2^23 + 1
-    0x4b800001u, 0xcb800001u,  // +-(2^24 + 2)
-    0x4effffffu, 0x4f000000u,  // largest float below 2^31, 2^31
-    0xcf000000u, 0xcf000001u,  // -2^31 and below
-    0x4f7fffffu, 0x4f800000u,  // largest float below 2^32, 2^32
-    0x5f000000u, 0xdf000000u,  // +-2^63
-    0x5f800000u, 0x5f7fffffu,  // 2^64, largest float below it
-    0x40200000u, 0xc0600000u,  // 2.5, -3.5 (ties)
-    0x3effffffu, 0x7f000000u,  // largest float below 0.5, 2^127
-};
-
+    0x00000000, 0x80000000, 0x7f800000, 0xff800000, 0x7fc00000, 0xffc00000, 0x7fc00123, 0xffe0abcd,
+    0x7f800001, 0xffa00000, 0x00000001, 0x807fffff, 0x00012345, 0x80000003, 0x00800000, 0x80800000,
+    0x7f7fffff, 0xff7fffff, 0x3f800000, 0xbf800000, 0x3f000000, 0x40000000, 0x3f7fffff, 0x3f800001,
+    0x40400000, 0xc0e00000, 0x3dcccccd, 0x41200000, 0x34000000, 0x1e800000, 0x42b17218, 0x42b17219,
+    0xc2cff1b5, 0xc2cff1b6, 0xc2aeac50, 0x42b2d4fc, 0x40490fdb, 0x3fc90fdb, 0x4b000000, 0x4b000001,
+    0x4b800001, 0xcb800001, 0x4b7fffff, 0x4effffff, 0x4f000000, 0xcf000000, 0xcf000001, 0x4f7fffff,
+    0x4f800000, 0x5f000000, 0xdf000000, 0x5f800000, 0x5f7fffff, 0x40200000, 0xc0600000, 0x3effffff,
+    0x7f000000, 0x7eaaaaaa, 0x7e800000, 0x7e7fe800, 0x7e7fe801,  // the same kinds as the double table;
+};                                                                 // 2^126, invf's last approximated value
 constexpr uint32_t kInt32Edges[] = {
-    0u, 1u, 0xffffffffu, 2u, 0xfffffffeu, 0x80000000u, 0x7fffffffu, 0x80000001u,
-    0x7fffu, 0x8000u, 0xffff8000u, 0x00010000u, 3u, 7u, 0xfffffff9u, 1024u,
-    0xfffffc00u, 1100u, 0xfffffbb4u, 149u, 0xffffff6bu, 0x00ffffffu, 0x01000001u, 0x55555555u,
+    0, 1, 0xffffffff, 2, 0xfffffffe, 0x80000000, 0x7fffffff, 0x80000001, 0x7fff, 0x8000, 0xffff8000, 0x10000,
+    3, 7, 0xfffffff9, 1024, 0xfffffc00, 1100, 0xfffffbb4, 149, 0xffffff6b, 0x00ffffff, 0x01000001, 0x55555555,
 };
-
 constexpr uint64_t kInt64Edges[] = {
-    0ull, 1ull, ~0ull, 2ull, 0x8000000000000000ull, 0x7fffffffffffffffull, 0x8000000000000001ull,
-    0x0020000000000000ull, 0x0020000000000001ull, 0xffdfffffffffffffull,  // 2^53, 2^53 + 1, -(2^53 + 1)
-    0x0000000100000000ull, 0x00000000ffffffffull, 0x0000000080000000ull, 0xffffffff80000000ull,
-    0x0000000001000001ull, 0x7ffffffffffffc00ull, 0x7ffffffffffffdffull, 0xfffffffffffff800ull,
-    0x8000000000000400ull, 0x00ffffffffffffffull, 0x0100000000000001ull, 0x5555555555555555ull,
+    0, 1, ~0ull, 2, 0x8000000000000000, 0x7fffffffffffffff, 0x8000000000000001, 0x0020000000000000,
+    0x0020000000000001, 0xffdfffffffffffff, 0x0000000100000000, 0x00000000ffffffff, 0x0000000080000000,
+    0xffffffff80000000, 0x0000000001000001, 0x7ffffffffffffc00, 0x7ffffffffffffdff, 0xfffffffffffff800,
+    0x8000000000000400, 0x00ffffffffffffff, 0x0100000000000001, 0x5555555555555555,
 };
-
 template <class T, int N> constexpr int count_of(const T (&)[N]) { return N; }
 
-// A double with the given sign, unbiased exponent and 52-bit fraction
-// (exponent -1023 makes a denormal or zero).
-inline uint64_t make_double(uint64_t sign, int e, uint64_t frac) {
-  return sign << 63 | (uint64_t)(e + 1023) << 52 | (frac & 0xfffffffffffffull);
-}
-inline uint32_t make_float(uint32_t sign, int e, uint32_t frac) {
-  return sign << 31 | (uint32_t)(e + 127) << 23 | (frac & 0x7fffffu);
-}
-// Uniform integer in [-n, n].
-inline int64_t symmetric(Rng& r, int64_t n) { return (int64_t)(r.next() % (uint64_t)(2 * n + 1)) - n; }
+// ---- floating lanes as bit patterns -------------------------------------------
 
-inline uint64_t gen_double(Rng& r) {
-  uint64_t u = r.next();
+inline int mant_bits(Lane t) { return t == kD ? 52 : 23; }
+inline int bias_of(Lane t) { return t == kD ? 1023 : 127; }
+inline uint64_t sign_bit(Lane t) { return 1ull << (t == kD ? 63 : 31); }
+// Sign, unbiased exponent (-bias: denormal or zero) and fraction.
+inline uint64_t make_fp(Lane t, uint64_t s, int e, uint64_t frac) {
+  const int m = mant_bits(t), b = bias_of(t);
+  e = e < -b ? -b : e > b ? b : e;
+  return (s & 1 ? sign_bit(t) : 0) | (uint64_t)(e + b) << m | (frac & ((1ull << m) - 1));
+}
+inline int exponent_of(Lane t, uint64_t x) { return (int)(x >> mant_bits(t) & (2 * bias_of(t) + 1)) - bias_of(t); }
+// M * 2^e exactly, for 0 < M < 2^(mant + 1), with the sign s (a normal result, clamped in range).
+inline uint64_t scaled(Lane t, uint64_t s, uint64_t M, int e) {
+  int top = 63;
+  while (!(M >> top)) --top;
+  const int m = mant_bits(t);
+  return make_fp(t, s, e + top, top >= m ? M >> (top - m) : M << (m - top));
+}
+inline uint64_t d_bits(double x) { uint64_t b; memcpy(&b, &x, 8); return b; }
+inline uint64_t f_bits(float x) { uint32_t b; memcpy(&b, &x, 4); return b; }
+inline double d_of(uint64_t b) { double x; memcpy(&x, &b, 8); return x; }
+inline float f_of(uint64_t b) { float x; uint32_t u = (uint32_t)b; memcpy(&x, &u, 4); return x; }
+inline uint64_t fp_of_int(Lane t, int64_t k) { return t == kD ? d_bits((double)k) : f_bits((float)k); }
+
+inline uint64_t gen_fp_any(Lane t, Rng& r) {
+  const uint64_t u = r.next(), s = u >> 63;
+  const int m = mant_bits(t), b = bias_of(t);
   switch (r.below(16)) {
     case 0:
-    case 1: return kDoubleSpecials[u % count_of(kDoubleSpecials)];
-    case 2: return u;                                               // any bit pattern
-    case 3: return make_double(u >> 63, (int)(u % 2047) - 1023, r.next());  // any exponent
-    case 4:
+    case 1: return t == kD ? kDoubleSpecials[u % count_of(kDoubleSpecials)] : kFloatSpecials[u % count_of(kFloatSpecials)];
+    case 2: return t == kD ? u : (uint32_t)u;                                       // any bit pattern
+    case 3: return make_fp(t, s, (int)(u % (2 * b + 1)) - b, r.next());            // any exponent
+    case 4: {  // a power of two (denormal ones too) and its neighbours
+      const int e = (int)(u % (2 * b + m)) - b - m + 1;
+      const uint64_t p = e > -b ? make_fp(t, s, e, 0) : make_fp(t, s, -b, 1ull << (e + b + m - 1));
+      return p + r.below(5) - 2;
+    }
     case 5:
-    case 6: return make_double(u >> 63, (int)(u % 41) - 20, r.next());     // moderate magnitudes
-    case 7:
-    case 8: return bits_of((double)symmetric(r, 128) * 0.5);               // integers, half-integers
-    case 9:
-    case 10: return bits_of((double)symmetric(r, 800LL << 32) / 4294967296.0);  // [-800, 800]
-    case 11: return bits_of((double)symmetric(r, 4LL << 40) / 1099511627776.0);  // [-4, 4]
-    case 12: {                                                      // integers of any size, +- 0.5
-      int64_t k = (int64_t)(r.next() >> (u % 64));
-      return bits_of((double)k + (double)(int)(u % 3) * 0.5 - 0.5);
-    }
-    case 13: return make_double(u >> 63, (int)(u % 3) - 1, r.next() >> (u % 50));  // near 1
-    case 14: return make_double(u >> 63, -1023, r.next());                  // denormals
-    default: return make_double(u >> 63, 1000 + (int)(u % 24), r.next());  // huge
+    case 6: return make_fp(t, s, (int)(u % 41) - 20, r.next());                    // moderate
+    case 7: return make_fp(t, s, (int)(u % 70) - 3, r.next());                     // 2^-3 .. 2^66: conversion bounds
+    case 8: return scaled(t, s, 2 * (r.next() >> (64 - m + (u % m))) + 1, -1) + r.below(3) - 1;  // k + 1/2 and neighbours
+    case 9: return fp_of_int(t, r.symmetric(256)) - (u & 1 ? 1ull << m : 0);       // integers, halves
+    case 10: return t == kD ? d_bits((double)r.symmetric(800ll << 32) / 4294967296.0)  // exp's range
+                            : f_bits((float)r.symmetric(120 << 16) / 65536.0f);
+    case 11: return make_fp(t, s, (int)(u % 3) - 1, r.next() >> (u % 50));         // near 1
+    case 12: return make_fp(t, s, -b, r.next());                                   // denormal
+    case 13: return make_fp(t, s, b - 1 - (int)(u % 24), r.next());                // huge
+    case 14: return t == kD ? make_fp(t, s, (int)(u % 300) - 150, (r.next() & ~0x1fffffffull) | 0x10000000) + r.below(3) - 1
+                            : make_fp(t, s, -(int)(u % 60) - 1, r.next());         // a float tie as a double; tiny
+    default: return fp_of_int(t, (int64_t)(r.next() >> (u % 64))) + r.below(3) - 1;  // integers of any size
   }
 }
+inline uint64_t gen_fp(Lane t, Rng& r) { return t == kD ? gen_fp_any(t, r) : (uint32_t)gen_fp_any(t, r); }
 
-inline uint32_t gen_float(Rng& r) {
-  uint64_t u = r.next();
-  switch (r.below(16)) {
-    case 0:
-    case 1: return kFloatSpecials[u % count_of(kFloatSpecials)];
-    case 2: return (uint32_t)u;
-    case 3: return make_float((uint32_t)(u >> 63), (int)(u % 255) - 127, (uint32_t)r.next());
-    case 4:
-    case 5:
-    case 6: return make_float((uint32_t)(u >> 63), (int)(u % 41) - 20, (uint32_t)r.next());
-    case 7:
-    case 8: return bits_of((float)symmetric(r, 128) * 0.5f);
-    case 9:
-    case 10: return bits_of((float)symmetric(r, 120 << 16) / 65536.0f);  // [-120, 120]
-    case 11: return bits_of((float)symmetric(r, 4 << 20) / 1048576.0f);   // [-4, 4]
-    case 12: {
-      int32_t k = (int32_t)((uint32_t)r.next() >> (u % 32));
-      return bits_of((float)k + (float)(int)(u % 3) * 0.5f - 0.5f);
-    }
-    case 13: return make_float((uint32_t)(u >> 63), (int)(u % 3) - 1, (uint32_t)(r.next() >> (u % 22)) >> 9);
-    case 14: return make_float((uint32_t)(u >> 63), -127, (uint32_t)r.next());
-    default: return make_float((uint32_t)(u >> 63), 110 + (int)(u % 18), (uint32_t)r.next());
-  }
+// ---- integer lanes ----------------------------------------------------------------
+
+// A positive integer of n bits (n >= p) whose bits below the p leading ones are
+// a tie, a tie -+1 or random.
+inline uint64_t near_tie(Rng& r, int n, int p) {
+  const uint64_t lead = (r.next() | 1ull << 63) >> (64 - p), half = 1ull << (n - p - 1);
+  const uint64_t low = r.below(4) == 0 ? r.next() & (2 * half - 1) : half + r.below(3) - 1;
+  return lead << (n - p) | low;
 }
-
-inline uint32_t gen_int32(Rng& r) {
-  uint64_t u = r.next();
+inline uint64_t gen_int(Lane t, Rng& r) {
+  const uint64_t u = r.next(), neg = u >> 40 & 1;
+  const bool wide = lane_bytes(t) == 8;
+  uint64_t v;
   switch (r.below(8)) {
-    case 0:
-    case 1: return kInt32Edges[u % count_of(kInt32Edges)];
-    case 2: return (uint32_t)symmetric(r, 100);
-    case 3: return (uint32_t)symmetric(r, 2200);
-    case 4:
-    case 5: return (uint32_t)(r.next() >> 32);
-    default: {  // any bit length, either sign
-      uint32_t m = (uint32_t)(r.next() >> 32) >> (u % 32);
-      return (u >> 40 & 1) ? 0u - m : m;
+    case 0: v = wide ? kInt64Edges[u % count_of(kInt64Edges)] : kInt32Edges[u % count_of(kInt32Edges)]; break;
+    case 1: v = (uint64_t)r.symmetric(u & 1 ? 100 : 2200); break;
+    case 2: v = r.next(); break;
+    case 3: {  // ties of a rounding to 24 or 53 bits
+      const int p = wide && (u & 1) ? 53 : 24, n = p + 1 + (int)(u % ((wide ? 64 : 32) - p - 1));
+      v = neg ? 0 - near_tie(r, n, p) : near_tie(r, n, p);
+      break;
     }
+    default: v = neg ? 0 - (r.next() >> (u % 64)) : r.next() >> (u % 64);  // any bit length
   }
+  return wide ? v : (uint32_t)v;
 }
+inline uint64_t gen_lane(Lane t, Rng& r) { return is_fp(t) ? gen_fp(t, r) : gen_int(t, r); }
 
-inline uint64_t gen_int64(Rng& r) {
-  uint64_t u = r.next();
-  switch (r.below(8)) {
-    case 0:
-    case 1: return kInt64Edges[u % count_of(kInt64Edges)];
-    case 2: return (uint64_t)symmetric(r, 100);
-    case 3: return (uint64_t)symmetric(r, 1LL << 40);
-    case 4: return r.next();
-    default: {
-      uint64_t m = r.next() >> (u % 64);
-      return (u >> 40 & 1) ? 0ull - m : m;
+// One lane of every argument (types t[0..n-1]) into v[0..n-1], with the
+// relations between arguments described at the top.
+inline void gen_call(const Lane* t, int n, Rng& r, uint64_t* v) {
+  for (int i = 0; i < n; ++i) v[i] = gen_lane(t[i], r);
+  const uint64_t u = r.next();
+  if (n >= 2 && is_fp(t[0]) && t[1] == t[0]) {
+    const int m = mant_bits(t[0]), ex = exponent_of(t[0], v[0]);
+    switch (u % 10) {
+      case 0: v[1] = v[0] ^ (u >> 8 & 1 ? sign_bit(t[0]) : 0); break;   // equal magnitudes
+      case 1: v[1] = v[0] + (u >> 8) % 5 - 2; break;                      // a few ulps apart
+      case 2: v[1] = make_fp(t[0], u >> 9, ex - (int)((u >> 10) % (m + 14)) + 6, r.next()); break;  // close exponent
+      case 3: {  // x = q * y / 2: multiples (q even) and ties (q odd) of y
+        const uint64_t my = (r.next() >> (75 - m)) | 1, q = (u >> 8) % 2048 + 1;
+        const int ey = (int)((u >> 20) % 200) - 100;
+        v[1] = scaled(t[0], u >> 40, my, ey);
+        v[0] = scaled(t[0], u >> 41, my * q, ey - 1) + (u >> 42) % 3 - 1;
+        break;
+      }
+      default: break;
     }
+    if (n == 3 && u % 3 == 0) {  // z = -(x * y) and neighbours: fma's cancellation
+      const uint64_t p = t[0] == kD ? d_bits(d_of(v[0]) * d_of(v[1])) : f_bits(f_of(v[0]) * f_of(v[1]));
+      v[2] = (p ^ sign_bit(t[0])) + (u >> 50) % 5 - 2;
+    } else if (n == 3 && u % 3 == 1) {  // x * y near the smallest normal, or near overflow
+      const int b = bias_of(t[0]), e = u >> 50 & 1 ? 8 - b / 2 - (int)(u >> 52) % 14 : b / 2 - 1;
+      v[0] = make_fp(t[0], u >> 30, e, v[0]);
+      v[1] = make_fp(t[0], u >> 31, e - (u >> 50 & 1 ? (int)(u >> 56) % 30 : -(int)(u >> 56) % 3), v[1]);
+    }
+  } else if (n == 2 && is_fp(t[0]) && t[1] == kI) {  // ldexp's n
+    const int b = bias_of(t[0]), m = mant_bits(t[0]), ex = exponent_of(t[0], v[0]);
+    const int32_t extremes[] = {INT32_MIN, INT32_MAX, INT32_MIN + 1, INT32_MAX - 1, 4095, 4096, 4097, -4097, 2098, -2152, 0};
+    switch (u % 6) {
+      case 0: v[1] = (uint32_t)extremes[(u >> 8) % count_of(extremes)]; break;
+      case 1:
+      case 2: v[1] = (uint32_t)(1 - b - ex - (int)((u >> 8) % (m + 4)) + 2); break;  // denormal results
+      case 3: v[1] = (uint32_t)(b - ex + (int)((u >> 8) % 3) - 1); break;           // the overflow edge
+      case 4: v[1] = (uint32_t)((int)((u >> 8) % (8 * b + 400)) - 4 * b - 200); break;
+      default: break;
+    }
+  } else if (n == 2 && (t[0] == kI || t[0] == kU) && t[1] == t[0] && u % 2) {  // x near a multiple of y
+    const uint64_t lim = t[0] == kI ? 0x7fffffffu : 0xffffffffu;
+    const uint64_t y = (uint32_t)v[1];
+    uint64_t ay = t[0] == kI && (int32_t)y < 0 ? 0 - (uint64_t)(int32_t)y : y;
+    if (ay == 0) ay = 1;
+    const uint64_t kmax = lim / ay, k = (u >> 8) % 4 ? (r.next() % (kmax + 1)) : kmax - (u >> 10) % 2;
+    const int64_t x = (int64_t)(k * ay) + (int)((u >> 12) % 3) - 1;
+    v[0] = (uint32_t)(t[0] == kI && (u >> 14 & 1) ? -x : x);
   }
-}
-
-// One lane value of type t (the bits, zero-extended to 64).
-inline uint64_t gen_lane(Lane t, Rng& r) {
-  switch (t) {
-    case kD: return gen_double(r);
-    case kS: return gen_float(r);
-    case kI:
-    case kU: return gen_int32(r);
-    default: return gen_int64(r);
-  }
+  for (int i = 0; i < n; ++i)
+    if (lane_bytes(t[i]) == 4) v[i] = (uint32_t)v[i];
 }
 
 // Values for lanes outside the width (the fourth lane of width 3, the lanes
-// of a 128-bit register past a narrow vector): the hostile ones, cycling.
+// of a 128-bit register past a narrow vector): hostile ones, cycling with k.
 inline uint64_t gen_undefined_lane(Lane t, uint64_t k, Rng& r) {
-  switch (t) {
-    case kD: {
-      const uint64_t v[] = {0x7ff8000000000000ull, 0xffefffffffffffffull, 0x7ff0000000000000ull,
-                            0x7ff0000000000001ull, 0x0000000000000001ull, 0x0000000000000000ull, r.next()};
-      return v[k % 7];
-    }
-    case kS: {
-      const uint32_t v[] = {0x7fc00000u, 0xff7fffffu, 0x7f800000u, 0x7f800001u, 0x00000001u, 0x00000000u,
-                            (uint32_t)r.next()};
-      return v[k % 7];
-    }
-    case kI:
-    case kU: {
-      const uint32_t v[] = {0u, 0x80000000u, 0xffffffffu, (uint32_t)r.next()};
-      return v[k % 4];
-    }
-    default: {
-      const uint64_t v[] = {0ull, 0x8000000000000000ull, ~0ull, r.next()};
-      return v[k % 4];
-    }
-  }
+  const uint64_t d[] = {0x7ff8000000000000, 0xffefffffffffffff, 0x7ff0000000000000, 0x7ff0000000000001, 1, 0, r.next()};
+  const uint64_t s[] = {0x7fc00000, 0xff7fffff, 0x7f800000, 0x7f800001, 1, 0, (uint32_t)r.next()};
+  const uint64_t i4[] = {0, 0x80000000, 0xffffffff, 0x7fffffff, 1, 0xfffffffe, (uint32_t)r.next()};
+  const uint64_t i8[] = {0, 0x8000000000000000, ~0ull, 0x7fffffffffffffff, 1, 0xfffffffffffffffe, r.next()};
+  return (t == kD ? d : t == kS ? s : lane_bytes(t) == 4 ? i4 : i8)[k % 7];
 }
 
 // The stream seed of one trial: the same for every export whose arguments
@@ -253,7 +231,7 @@ inline uint64_t trial_seed(const char* arg_types, int width, int trial) {
   return h ^ ((uint64_t)width << 48) ^ ((uint64_t)trial * 0x9e3779b97f4a7c15ull);
 }
 
-// Trials per export: about 256 lanes whatever the width.
+// Trials per export: 256 lanes whatever the width.
 inline int trials_for_width(int w) { return w == 1 ? 256 : w == 2 ? 128 : w <= 4 ? 64 : w == 8 ? 32 : 16; }
 
 }  // namespace ravl_test

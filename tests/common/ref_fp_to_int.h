@@ -111,15 +111,4 @@ inline uint64_t ref_fp_to_int_bits(CvtTarget t, CvtRound rm, bool sat, uint64_t 
   return 0;
 }
 
-inline uint64_t ref_fp_to_int(CvtTarget t, CvtRound rm, bool sat, double x) {
-  uint64_t b;
-  std::memcpy(&b, &x, 8);
-  return ref_fp_to_int_bits(t, rm, sat, b, false);
-}
-inline uint64_t ref_fp_to_int(CvtTarget t, CvtRound rm, bool sat, float x) {
-  uint32_t b;
-  std::memcpy(&b, &x, 4);
-  return ref_fp_to_int_bits(t, rm, sat, b, true);
-}
-
 }  // namespace ravl_test

@@ -79,15 +79,4 @@ template <class T> T ref_round_integral(T x, Rounding r) {
   return out;
 }
 
-template <class T> T ref_ceil(T x) { return ref_round_integral(x, Rounding::kUp); }
-template <class T> T ref_floor(T x) { return ref_round_integral(x, Rounding::kDown); }
-template <class T> T ref_trunc(T x) { return ref_round_integral(x, Rounding::kTowardZero); }
-template <class T> T ref_round(T x) { return ref_round_integral(x, Rounding::kHalfAway); }
-// rint and nearbyint in the rounding direction given by the MXCSR RC field
-// (bits 13-14: 0 nearest even, 1 down, 2 up, 3 toward zero).
-inline Rounding rounding_of_mxcsr(unsigned csr) {
-  static const Rounding kByRc[4] = {Rounding::kNearestEven, Rounding::kDown, Rounding::kUp, Rounding::kTowardZero};
-  return kByRc[(csr >> 13) & 3];
-}
-
 }  // namespace ravl_test

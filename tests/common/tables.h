@@ -1,0 +1,25 @@
+// What the data-driven suites tell each other about a family: its MPFR
+// function and asserted bounds (accuracy_test.cpp), the points of its special
+// value table (special_test.cpp) and its exact reference (exact_test.cpp).
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tests/common/ref.h"
+
+namespace ravl_test {
+
+// The MPFR function of a one-argument floating family ("expm1f": mpfr_expm1), or null.
+MpfrFn mpfr_of(const std::string& family);
+// The max error asserted for the family's algorithm, in ulp (0 when it has none).
+double class_bound(const std::string& family, const std::string& algorithm);
+// The finite first arguments of the family's special-value rows (the accuracy
+// suite tests their neighbourhoods).
+std::vector<double> table_points(const std::string& family);
+// The exact reference of the family's algorithm on the lane bits of one call
+// in rounding mode rm (0-3, MXCSR's order): false when the family has none.
+bool reference(const std::string& family, const std::string& algorithm, const uint64_t* in, uint64_t* out, int rm);
+
+}  // namespace ravl_test

@@ -1,0 +1,391 @@
+// The special-value table: per family (and, after a colon, per algorithm), the
+// values of each case in a row, the inputs then the expected outputs (the
+// results, then the one stored through the pointer). An expected value is a
+// number (converted to the lane type: exact bits), raw bits B(...), NAN (any
+// NaN), CR (MPFR's correctly rounded value), U(u) (within u ulp of MPFR) or ACC
+// (within the algorithm's asserted bound). A double NaN pattern given to a
+// float lane keeps its sign, quiet bit and low payload bits.
+//
+// Every case runs in every class of its family at every width, in each lane
+// position of an otherwise ordinary vector: that lane must give the expected
+// value and the other lanes their bits in the all-ordinary vector (lanes the
+// scalar routines or the inline pass compute never disturb the others). Where
+// the family has an exact reference, the reference must give the table's
+// values too. The accuracy suite also tests the neighbourhood of every case.
+#include <cfloat>
+#include <climits>
+
+#include "common/call.h"
+#include "common/tables.h"
+
+namespace ravl_test {
+namespace {
+
+struct V {
+  enum Kind : uint8_t { kNum, kBits, kAnyNan, kCorrect, kUlp } kind;
+  double d;
+  uint64_t b;
+  V(double x) : kind(std::isnan(x) ? kAnyNan : kNum), d(x), b(0) {}
+  V(Kind k, double x, uint64_t u) : kind(k), d(x), b(u) {}
+};
+V B(uint64_t u) { return V(V::kBits, 0, u); }
+V U(double ulp) { return V(V::kUlp, ulp, 0); }
+const V CR(V::kCorrect, 0, 0), ACC = U(0);
+const double INF = INFINITY, kD1m = 0x1.fffffffffffffp-1, kF1m = 0x1.fffffep-1;
+const V SN1 = B(0x7ff0000000000001), QN1 = B(0x7ff8000000000001), QN2 = B(0xfff8000000000002),
+        DN = B(0xfff8000000000000);  // signalling, quiet payload 1, quiet negative payload 2, the default NaN
+
+struct Row {
+  const char* families;  // "family" or "family:algorithm", comma separated, all of one signature
+  std::vector<V> v;
+};
+const Row kRows[] = {
+    // exp: overflow and underflow inline, the scalar routine's lanes (near the
+    // bounds, denormal results) correctly rounded; the fast-path bound and
+    // ln DBL_MIN within the class bound.
+    {"exp", {NAN, NAN, INF, INF, -INF, 0, 0, 1, -0.0, 1, 0x1p-60, 1, -0x1p-60, 1, 0x1p-1074, 1, 710, INF,
+             709.78271289338403, INF, 1e308, INF, -746, 0, -1e308, 0, 709.78, CR, 709.78271289338397, CR, 709, CR,
+             -720, CR, -745, CR, -745.13321910194111, CR, -708.39641853226408, CR, -708.4, CR, 708.39599609374989, ACC,
+             -708.39599609374989, ACC, 0x1p-52, ACC, -0x1p-52, ACC}},
+    {"expf", {NAN, NAN, INF, INF, -INF, 0, 0, 1, -0.0, 1, 0x1p-60, 1, -0x1p-60, 1, 0x1p-149, 1, 89, INF,
+              88.7228394, INF, -104, 0, -1e30, 0, 88.7228317, CR, 88, CR, -100, CR, -103.972076, CR, -87.5, CR,
+              87.3365402, ACC, -87.3365402, ACC, -87.33654022216797, ACC}},
+    {"exp2", {NAN, NAN, INF, INF, -INF, 0, 1024, INF, 1e300, INF, -1075, 0, -1e300, 0, -1074, 0x1p-1074,
+              -1022.5, CR, -1074.5, CR, -1022, 0x1p-1022, 1023, 0x1p1023, 1023.5, CR, 1023.9999999999999, CR,
+              1022, ACC, 0x1p-60, ACC}},
+    {"exp2:full", {1021.9999999999999, CR, 0, 1, -0.0, 1, 10, 1024, -1021, 0x1p-1021}},
+    {"exp2:fast", {0, 1.0000000005541665, -0.0, 1.0000000005541665}},  // the polynomial's constant term
+    {"exp2f", {NAN, NAN, INF, INF, -INF, 0, 128, INF, -150, 0, -149, 0x1p-149, -149.5, 0x1p-149, -130.3, CR,
+               127, 0x1p127, 127.99999, CR, 126, ACC, 0x1p-30, ACC}},
+    {"exp2f:full", {-126, 0x1p-126, 0, 1, -0.0, 1, -7, 0x1p-7}},
+    {"exp2f:fast", {0, 0.999928057, -0.0, 0.999928057}},
+    {"exp10", {NAN, NAN, INF, INF, -INF, 0, 0, 1, -0.0, 1, 0x1.34413509f79ffp+8, INF, 400, INF,
+               -0x1.439b746e36b53p+8, 0, -400, 0, 0x1.34413509f79fep+8, CR, 308, CR, -0x1.439b746e36b52p+8, CR,
+               -310, CR, -0x1.33a7146f72a42p+8, CR, -0x1.33a7146f72a41p+8, CR, 307.7, CR, 307.65258789062494, ACC,
+               -307.65258789062494, ACC, 308.25471555991669, ACC, -323.60724533877976, ACC, 0x1p-60, ACC}},
+    {"exp10:full", {1, 10, 22, 1e22}},
+    {"exp10f", {NAN, NAN, INF, INF, -INF, 0, 0, 1, -0.0, 1, 0x1.344136p+5, INF, -0x1.693c6cp+5, 0,
+                0x1.344134p+5, CR, -0x1.693c6ap+5, 0x1p-149, 0x1.2f7032p+5, CR, -0x1.2f7032p+5, CR, -40, CR,
+                37.9297791, ACC, -37.9297791, ACC, 38.5318375, ACC, -45.1544991, ACC, 0x1p-30, ACC}},
+    {"exp10f:full", {1, 10}},
+    // expm1: the -1 clamp; the table steps, t = 1/2 and 1/4, and 2^53 within bound.
+    {"expm1", {NAN, NAN, INF, INF, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074,
+               0x1p-1022, 0x1p-1022, -1e-300, -1e-300, 0x1p-60, 0x1p-60, -41, -1, -1e308, -1, 710, INF,
+               709.78271289338403, INF, 1e308, INF, 709.78271289338397, CR, 709.76, CR, 709.7773, CR, 709.75, ACC,
+               -40, ACC, 0.0054152123481245725, ACC, 0.0108304246962, ACC, 0.6931471805599453, ACC,
+               1.3862943611198906, ACC, 36.7368005696771, ACC, 1e-5, ACC, 0x1p-20, ACC, 0x1p-40, ACC, 0x1p-54, ACC}},
+    {"expm1f", {NAN, NAN, INF, INF, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, -0x1p-149, -0x1p-149, 0x1p-30,
+                0x1p-30, -21, -1, -1e30, -1, 89, INF, 88.7228394, INF, 88.7228317, CR, 88.5, CR, 88, ACC, -20, ACC,
+                0.3465736, ACC, 0.6931472, ACC, 1.3862944, ACC, 16.6355, ACC, 1e-5, ACC, 0x1p-20, ACC}},
+    // log: the denormals (the scalar routine) within two roundings in every class.
+    {"log", {NAN, NAN, -NAN, NAN, INF, INF, -INF, NAN, 0, -INF, -0.0, -INF, -1, NAN, -DBL_MAX, NAN, -0x1p-1074, NAN,
+             1, 0, 0x1p-1074, U(1.001), 0x1.ffffffffffffep-1023, U(1.001), 0x1.0000000000001p-1030, U(1.001),
+             0x1.fffffffffffffp-1031, U(1.001), 0x1.8p-1050, U(1.001), DBL_MIN, ACC, DBL_MAX, ACC, kD1m, ACC,
+             0x1.0000000000001p+0, ACC, 2, ACC, 0.5, ACC, 1.4142135623730951, ACC, 0x1p-1000, ACC, 0x1p1000, ACC}},
+    {"log2,log10", {NAN, NAN, INF, INF, -INF, NAN, 0, -INF, -0.0, -INF, -1, NAN, -0x1p-1074, NAN, 1, 0, 0x1p-1074,
+                    U(0.52), 0x1.ffffffffffffep-1023, U(0.52), 0x1.0000000000001p-1030, U(0.52), 2, ACC, 0.5, ACC,
+                    10, ACC, DBL_MIN, ACC, DBL_MAX, ACC, 1.4142135623730951, ACC, 0x1p-1000, ACC, 0x1p1000, ACC}},
+    {"logf,log2f,log10f", {NAN, NAN, INF, INF, -INF, NAN, 0, -INF, -0.0, -INF, -1, NAN, -0x1p-149, NAN, 1, 0,
+                           0x1p-149, U(0.52), 0x1.fffffcp-127, U(0.52), 0x1.000002p-130, U(0.52), 2, ACC, 0.5, ACC,
+                           10, ACC, FLT_MIN, ACC, FLT_MAX, ACC, 1.41421354, ACC, 0x1p-100, ACC, 0x1p100, ACC}},
+    {"log1p", {NAN, NAN, INF, INF, -INF, NAN, -1, -INF, -1.0000000000000002, NAN, -2, NAN, -DBL_MAX, NAN, 0, 0,
+               -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074, 1e-300, 1e-300, -0x1p-60, -0x1p-60,
+               0x1.8p1000, CR, DBL_MAX, CR, -0.5, ACC, -0.2928932188134524, ACC, 0.41421356237309503, ACC, 1, ACC,
+               0x1p53, ACC, 0x1p1000, ACC, 1e-5, ACC, 0x1p-20, ACC, 0x1p-40, ACC, 0x1p-54, ACC}},
+    {"log1pf", {NAN, NAN, INF, INF, -INF, NAN, -1, -INF, -1.00000012, NAN, -3, NAN, 0, 0, -0.0, -0.0, 0x1p-149,
+                0x1p-149, -0x1p-149, -0x1p-149, 0x1p-30, 0x1p-30, -0x1p-30, -0x1p-30, -0.5, ACC, -0.29289322, ACC,
+                0.41421357, ACC, 1, ACC, 0x1p24, ACC, FLT_MAX, ACC, 1e-5, ACC, 0x1p-20, ACC}},
+    // Division: IEEE in every class but the single approximate ones, which
+    // give the IEEE quotient where the divisor is zero, denormal or huge.
+    {"div", {1, 0, INF, 0, 0, NAN, 1, 0x1p-1074, INF, -1, 0, -INF, 1, -0.0, -INF, 6, 3, 2, 1, 0.0078125, 128}},
+    {"divf:full", {6, 3, 2}},
+    {"divf:fast", {1, 0x1p126, 0x1p-126, 1, 1e-40, INF, 1, -0x1p126, -0x1p-126, 1, 0, INF, 1, -0.0, -INF, 1,
+                   0x1p127, 0x1p-127, NAN, 2, NAN}},
+    {"invf:fast", {0, INF, -0.0, -INF, NAN, NAN, 1.7e38, 1.0f / 1.7e38f, -1.7e38, -1.0f / 1.7e38f, 0x1p-127, 0x1p127}},
+    // Integer division: y = 0 gives (INT_MIN, x) signed and (0, x) unsigned,
+    // INT_MIN / -1 gives (INT_MIN, 0).
+    {"idivrem", {7, 2, 3, 1, -7, 2, -3, -1, 7, -2, -3, 1, -7, -2, 3, -1, 0, 0, INT_MIN, 0, 5, 0, INT_MIN, 5, -5, 0,
+                 INT_MIN, -5, INT_MIN, 0, INT_MIN, INT_MIN, INT_MAX, 0, INT_MIN, INT_MAX, INT_MIN, -1, INT_MIN, 0,
+                 INT_MAX, 1, INT_MAX, 0, INT_MAX, -1, -INT_MAX, 0, INT_MIN, 1, INT_MIN, 0, INT_MIN, 2, -0x40000000, 0,
+                 INT_MIN, INT_MIN, 1, 0, INT_MAX, INT_MIN, 0, INT_MAX, INT_MIN, INT_MAX, -1, -1, INT_MAX, INT_MAX, 1, 0,
+                 INT_MAX - 1, INT_MAX, 0, INT_MAX - 1, INT_MIN + 1, INT_MIN, 0, INT_MIN + 1, INT_MIN, 3, -715827882, -2}},
+    {"udivrem", {0xffffffffu, 1, 0xffffffffu, 0, 0xffffffffu, 0xffffffffu, 1, 0, 0, 0, 0, 0, 1, 0, 0, 1, 0xffffffffu,
+                 0, 0, 0xffffffffu, 0x80000000u, 0, 0, 0x80000000u, 0xfffffffeu, 0xffffffffu, 0, 0xfffffffeu,
+                 0x80000000u, 0x80000001u, 0, 0x80000000u, 0xffffffffu, 2, INT_MAX, 1, 0xffffffffu, 0x10000, 0xffff,
+                 0xffff, 0xffffffffu, 0x80000000u, 1, INT_MAX, 0xfffffffeu, INT_MAX, 2, 0, 0xffffffffu, 3, 0x55555555,
+                 0, 0xfffffffdu, 3, 0x55555554, 1}},
+    // Conversions: ties, saturation, NaN (0 with sat, the integer indefinite
+    // without; a positive NaN saturates an unsigned 32-bit lane to its maximum).
+    {"cvtfptoi64rtesat", {2.5, 2, -2.5, -2, 3.5, 4, NAN, 0, 4503599627370497.0, 4503599627370497.0}},
+    {"cvtfptoi64rtnsat", {-0.5, -1}},
+    {"cvtfptoi64rtpsat", {-0.5, 0}},
+    {"cvtfptoi64rtzsat", {9.3e18, B(0x7fffffffffffffff), -0x1p63, B(0x8000000000000000)}},
+    {"cvtfptoi64rtznosat", {9.3e18, B(0x8000000000000000), -0x1p63, B(0x8000000000000000)}},
+    {"cvtfptoi64rtpsatf", {-0x1p63, B(0x8000000000000000), 0x1.fffffep62, B(0x7fffff8000000000)}},
+    {"cvtfptoi32rtesat", {-2147483648.4, INT_MIN, 2147483647.4, INT_MAX, 2147483647.5, INT_MAX}},
+    {"cvtfptoi32rtenosat", {2147483647.5, INT_MIN, NAN, INT_MIN}},
+    {"cvtfptou32rtesat", {B(0x7ff8000000000000), 0xffffffffu, B(0xfff8000000000000), 0, 4294967295.5, 0xffffffffu}},
+    {"cvtfptou32rtzsat", {-5, 0, 4294967295.5, 0xffffffffu}},
+    {"cvtfptou32rtznosat", {-5, 5, 4294967296.0, 0x80000000u}},
+    {"cvtfptou32rtenosat", {-3.7, 4}},
+    {"cvtfptou32rtesatf", {3000000000.0, 3000000000u}},
+    {"cvtfptou32rtznosatf", {-3000000000.0, 3000000000u}},
+    {"cvtfptou64rtesat", {B(0x7ff8000000000000), 0, B(0xfff8000000000000), 0}},
+    {"cvtfptou64rtnsatf", {0x1p64, B(~0ull), -0.0, 0}},
+    {"cvtfptou64rtpnosat", {-0x1.fffffffffffffp63, B(0xfffffffffffff800)}},
+    {"cvtfptou64rtpsat", {0x1.fffffffffffffp63, B(0xfffffffffffff800)}},
+    {"cvti32tofprtef", {16777217, 16777216, INT_MIN, -0x1p31}},
+    {"cvti32tofprtpf", {16777217, 16777218}},
+    {"cvti32tofprtnf", {-16777217, -16777218}},
+    {"cvti32tofprtzf", {-16777217, -16777216}},
+    {"cvtu64tofprte", {B(~0ull), 0x1p64}},
+    {"cvtu64tofprtz", {B(~0ull), 18446744073709549568.0}},
+    {"cvti64tofprte", {B(0x8000000000000000), -0x1p63}},
+    {"cvtfp64tofp32rte", {1e300, INF, B(0xfff800001fffffff), B(0xffc00000)}},
+    {"cvtfp64tofp32rtz", {1e300, FLT_MAX, 1e-50, 0}},
+    {"cvtfp64tofp32rtn", {-1e-50, B(0x80000001), 0.1, 0.099999994, -INF, -INF}},
+    {"cvtfp64tofp32rtp", {1e-50, 0x1p-149, 0.1, 0.1}},
+    // Rounding to integral values (in the default rounding mode).
+    {"round", {0.5, 1, 1.5, 2, -0.5, -1, 0.49999999999999994, 0, -0.0, -0.0, -0.2, -0.0, INF, INF, -INF, -INF}},
+    {"ceil", {-0.5, -0.0, SN1, QN1}},
+    {"floor", {-0.0, -0.0, -0x1p-1074, -1}},
+    {"trunc", {-1.7, -1}},
+    {"rint,nearbyint", {2.5, 2, 3.5, 4, -0.5, -0.0, 0x1p52 - 0.5, 0x1p52}},
+    // Bit-level functions.
+    {"ilogb", {0, INT_MIN, -0.0, INT_MIN, INF, INT_MAX, -INF, INT_MAX, 1, 0, -3, 1, -0.75, -1, 0x1p-1074, -1074,
+               0x1.8p-1073, -1073, 0x1.ffffffffffffep-1023, -1023, 0x1p-1022, -1022, -DBL_MAX, 1023, 1e300, 996}},
+    {"ilogbf", {0, INT_MIN, INF, INT_MAX, 0x1p-149, -149, 0x1.fffffcp-127, -127, FLT_MAX, 127}},
+    {"logb,logbf", {0, -INF, -0.0, -INF, INF, INF, -INF, INF, -3, 1, -0.75, -1, 0x1p-149, -149, SN1, QN1}},
+    {"modf,modff", {INF, 0, INF, -INF, -0.0, -INF, -2.5, -0.5, -2, -0.75, -0.75, -0.0, -0.0, -0.0, -0.0, SN1, QN1, QN1}},
+    {"modf", {0x1.fffffffffffffp51, 0.5, 0x1.ffffffffffffep51, 0x1p53 + 2, 0, 0x1p53 + 2}},
+    {"fract,fractf", {-INF, 0, -INF, INF, 0, INF, -0.0, -0.0, -0.0, -2.5, 0.5, -3, -0.75, 0.25, -1, SN1, QN1, QN1}},
+    {"fract", {-0x1p-53, kD1m, -1, -0x1p-54, kD1m, -1, -0x1p-1074, kD1m, -1, -0x1.fffffffffffffp51, 0.5, -0x1p52}},
+    {"fractf", {-0x1p-24, kF1m, -1, -0x1p-25, kF1m, -1, -0x1.fffffep22, 0.5, -0x1p23}},
+    {"nextafter", {0, -1, -0x1p-1074, -0.0, 1, 0x1p-1074, 0, -0.0, -0.0, -0.0, 0, 0, 0x1p-1074, 0, 0, -0x1p-1074, 1,
+                   -0.0, 1, 2, 0x1.0000000000001p0, 1, 0, kD1m, -1, 5, -kD1m, DBL_MAX, INF, INF, INF, 0, DBL_MAX,
+                   -INF, 0, -DBL_MAX, 0x1p-1022, 0, 0x1.ffffffffffffep-1023, 2, 2, 2, SN1, 1, QN1, 1, QN2, QN2}},
+    {"nextafterf", {0, -1, -0x1p-149, 1, 0, kF1m, -1, -2, -0x1.000002p0, FLT_MAX, INF, INF, 0x1p-126, 0,
+                    0x1.fffffcp-127}},
+    {"nan", {0, B(0x7ff8000000000000), 1, B(0x7ff8000000000001), B(0x000fffffffffffff), B(0x7fffffffffffffff),
+             B(~0ull), B(0x7fffffffffffffff), B(0x123456789abcdef0), B(0x7ffc56789abcdef0)}},
+    {"nanf", {0, B(0x7fc00000), 1, B(0x7fc00001), B(0xffffffff), B(0x7fffffff), B(0x12345678), B(0x7ff45678)}},
+    // Selection: one NaN operand gives the other one, two give y's quieted;
+    // equal magnitudes: maxmag the larger, minmag the smaller.
+    {"fmax,fmaxf", {SN1, 2, 2, 2, SN1, 2, SN1, QN2, QN2, QN2, SN1, QN1, 0, -0.0, -0.0, -0.0, 0, 0, -INF, 3, 3, INF,
+                    SN1, INF}},
+    {"fmin,fminf", {0, -0.0, -0.0, -0.0, 0, 0, SN1, -2, -2, INF, -INF, -INF}},
+    {"maxmag,maxmagf", {-3, 2, -3, -2, 2, 2, 2, -2, 2, 0, -0.0, 0, -INF, INF, INF, SN1, -5, -5}},
+    {"minmag,minmagf", {-2, 2, -2, 2, -2, -2, -0.0, 0, -0.0, 1, -INF, 1, QN2, SN1, QN1}},
+    {"fdim,fdimf", {5, 3, 2, 3, 5, 0, INF, INF, 0, -INF, -INF, 0, INF, 1, INF, 1, INF, 0, SN1, 1, QN1, 1, SN1, QN1,
+                    SN1, QN2, QN2, QN2, SN1, QN1, -0.0, -0.0, 0}},
+    {"copysign,copysignf", {SN1, -1, B(0xfff0000000000001), 3, -0.0, -3, -INF, QN1, INF, -0.0, 1, 0}},
+    {"fabs,fabsf", {-0.0, 0, -INF, INF, QN2, B(0x7ff8000000000002), B(0xfff0000000000001), SN1}},
+    {"fma,fmaf", {2, 3, -6, 0, -2, 3, 6, 0, -0.0, 1, -0.0, -0.0, 0x1p100, 0x1p10, -INF, -INF, QN2, SN1, 1, QN2,
+                  1, SN1, QN2, QN1, INF, 0, 1, DN, INF, 0, SN1, QN1, INF, 1, -INF, DN}},
+    {"fma", {1 + 0x1p-52, 1 - 0x1p-52, -1, -0x1p-104, 0x1p-537, 0x1p-537, 0, 0x1p-1074}},
+    // Remainders: exact; x infinite or y zero give the default NaN, a NaN
+    // operand itself quieted; remquo's 7 low quotient bits with the sign of x/y.
+    {"remquo", {5, 2, 1, 2, 7, 2, -1, 4, -7, 2, 1, -4, 7, -2, -1, -4, -0.0, 1, -0.0, 0, -4, 2, -0.0, -2, 1, -INF, 1, 0,
+                0x1p1023, 0x1p-1074, 0, 0, 0x1.8p-1073, 0x1p-1074, 0, 3, 0x1.8p-1073, 0x1p-1073, -0x1p-1074, 2, 259,
+                2, -1, 2, 0x1p60 + 0x1p8, 3, -1, 43, INF, 1, NAN, 0, 1, 0, NAN, 0, SN1, 1, QN1, 0}},
+    {"fmod", {5, 2, 1, 7, 2, 1, -7, 2, -1, -4, 2, -0.0, 1, -INF, 1, 0x1.8p-1073, 0x1p-1073, 0x1p-1074, 259, 2, 1,
+              0x1p60 + 0x1p8, 3, 2, INF, 1, NAN, 0, 0, NAN}},
+    {"remainder,remainderf", {5, 3, -1, 7, 2, -1, 1, 0, NAN}},
+    // ldexp: one rounding (ties to even), overflow, underflow, any n;
+    // zeros, infinities and NaN unchanged bit for bit.
+    {"ldexp", {1, -1074, 0x1p-1074, 1, -1075, 0, -1, -1075, -0.0, 1.5, -1075, 0x1p-1074, 0x1.8p-1073, -1, 0x1p-1073,
+               0x1.4p-1071, -3, 0x1p-1074, 3, -1076, 0x1p-1074, 0x1.8p-1070, -3, 0x1.8p-1073, DBL_MAX, -2098,
+               0x1p-1074, DBL_MAX, -2099, 0, 0x1p-1074, 2097, 0x1p1023, 0x1p-1074, 2098, INF, -0x1p-1074, INT_MAX, -INF,
+               0x1p-1074, 1074, 1, DBL_MAX, 1, INF, -DBL_MAX, INT_MIN, -0.0, 0x1p-1022, -1, 0x1p-1023, kD1m, -1022,
+               0x1p-1022, -0.0, 100, -0.0, 0, INT_MIN, 0, -INF, -100000, -INF, 3, 0, 3, 1, 1023, 0x1p1023, 1, 1024,
+               INF, 1, 4097, INF, 1, -4097, 0, SN1, 5, SN1, DN, INT_MIN, DN}},
+    {"ldexpf", {1, -149, 0x1p-149, 1, -150, 0, -1, -150, -0.0, 1.5, -150, 0x1p-149, 0x1.8p-148, -1, 0x1p-148,
+                0x1.4p-146, -3, 0x1p-149, FLT_MAX, -277, 0x1p-149, FLT_MAX, -278, 0, 0x1p-149, 276, 0x1p127, 0x1p-149,
+                277, INF, -0x1p-149, INT_MAX, -INF, -FLT_MAX, INT_MIN, -0.0, kF1m, -126, 0x1p-126, 1, 128, INF, SN1,
+                -7, SN1}},
+    {"frexp", {1, 0.5, 1, -0x1p-1074, -0.5, -1073, 0, 0, 0, -0.0, -0.0, 0, INF, INF, 0, -INF, -INF, 0, DBL_MAX, kD1m,
+               1024, 0x1.ffffffffffffep-1023, 0x1.ffffffffffffep-1, -1022, 0x1p-1022, 0.5, -1021, -3, -0.75, 2,
+               0x1.8p-1060, 0.75, -1059, SN1, SN1, 0}},
+    {"frexpf", {1, 0.5, 1, -0x1p-149, -0.5, -148, INF, INF, 0, FLT_MAX, kF1m, 128, 0x1.fffffcp-127, 0x1.fffffcp-1,
+                -126, 0x1p-126, 0.5, -125, -3, -0.75, 2}},
+};
+
+// The lane bits of a table value.
+uint64_t lane_of(const V& v, Lane t) {
+  if (v.kind == V::kBits)
+    return t != kS || v.b >> 32 == 0 ? (lane_bytes(t) == 4 ? (uint32_t)v.b : v.b)
+                                     : (v.b >> 32 & 0x80000000) | 0x7f800000 | (v.b >> 29 & 0x400000) | (v.b & 0x3fffff);
+  if (t == kD) return bits(v.d);
+  if (t == kS) return bits((float)v.d);
+  const uint64_t u = (uint64_t)(int64_t)v.d;
+  return lane_bytes(t) == 4 ? (uint32_t)u : u;
+}
+
+template <class T> bool near_mpfr(const V& want, const std::string& family, const std::string& algorithm, uint64_t x,
+                                  uint64_t got) {
+  UlpRef<T> ref(mpfr_of(family));
+  if (want.kind == V::kUlp)
+    return ref.ulp_error(from_bits<T>(x), from_bits<T>(got)) <= (want.d ? want.d : class_bound(family, algorithm));
+  const T cr = ref.correct(from_bits<T>(x));
+  return std::isnan(cr) ? is_nan(from_bits<T>(got)) : bits(cr) == got;
+}
+
+bool matches(const V& want, Lane t, uint64_t got, const std::string& family, const std::string& algorithm,
+             uint64_t x) {
+  switch (want.kind) {
+    case V::kAnyNan: return t == kD ? is_nan(from_bits<double>(got)) : t == kS && is_nan(from_bits<float>(got));
+    case V::kCorrect:
+    case V::kUlp:
+      return t == kD ? near_mpfr<double>(want, family, algorithm, x, got)
+                     : near_mpfr<float>(want, family, algorithm, x, got);
+    default: return got == lane_of(want, t);
+  }
+}
+
+struct Case {
+  std::string algorithm;  // empty: every algorithm
+  std::vector<V> in, out;
+};
+// The cases of one family, split by the family's signature.
+std::vector<Case> cases(const std::string& family) {
+  std::vector<Case> v;
+  const ExportRow* e = nullptr;
+  for (const ExportRow& r : kExports)
+    if (r.family == family && !e) e = &r;
+  if (!e) return v;
+  const Shape sh = parse_shape(*e);
+  for (const Row& row : kRows) {
+    std::string list = std::string(row.families) + ",";
+    for (size_t at = 0, comma; (comma = list.find(',', at)) != std::string::npos; at = comma + 1) {
+      const std::string item = list.substr(at, comma - at), name = item.substr(0, item.find(':'));
+      if (name != family) continue;
+      const size_t n = (size_t)(sh.nin + sh.nout);
+      for (size_t k = 0; k + n <= row.v.size(); k += n)
+        v.push_back({item.size() > name.size() ? item.substr(name.size() + 1) : "",
+                     {row.v.begin() + k, row.v.begin() + k + sh.nin}, {row.v.begin() + k + sh.nin, row.v.begin() + k + n}});
+    }
+  }
+  return v;
+}
+
+std::vector<std::string> families() {
+  std::vector<std::string> v;
+  for (const ExportRow& e : kExports)
+    if (e.width == 1 && !strcmp(e.cls, "plain") && !cases(e.family).empty()) v.push_back(e.family);
+  return v;
+}
+
+std::string lane_text(uint64_t v) {
+  char b[24];
+  snprintf(b, sizeof b, "0x%llx", (unsigned long long)v);
+  return b;
+}
+
+class Special : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(Special, Table) {
+  const std::string family = GetParam();
+  const std::vector<Case> all = cases(family);
+  int bad = 0;
+  for (const ExportRow& e : kExports) {
+    if (e.family != family || e.width != 1) continue;
+    std::vector<Case> mine;
+    for (const Case& c : all)
+      if (c.algorithm.empty() || c.algorithm == e.algorithm) mine.push_back(c);
+    for (int w : {1, 2, 3, 4, 8, 16}) {
+      const std::string name = member(family, e.cls, w);
+      if (!callee(name)) continue;
+      const Shape& sh = callee(name)->shape;
+      // Block 0: ordinary lanes; block 1 + c * w + p: case c in lane p.
+      Lanes args(sh.nin);
+      for (size_t blk = 0; blk < 1 + mine.size() * w; ++blk)
+        for (int j = 0; j < w; ++j)
+          for (int i = 0; i < sh.nin; ++i) {
+            const bool hit = blk > 0 && j == (int)(blk - 1) % w;
+            const double ordinary = is_fp(sh.in_t[i]) ? 0.3 + 0.171875 * j + 0.25 * i : 7 + 3 * j + i;
+            args[i].push_back(lane_of(hit ? mine[(blk - 1) / w].in[i] : V(ordinary), sh.in_t[i]));
+          }
+      const Lanes out = run_lanes(name, args);
+      for (size_t blk = 1; blk < 1 + mine.size() * w; ++blk) {
+        const Case& c = mine[(blk - 1) / w];
+        const size_t p = (blk - 1) % w, at = blk * w;
+        for (int k = 0; k < sh.nout; ++k)
+          for (int j = 0; j < w; ++j) {
+            const uint64_t got = out[k][at + j];
+            const bool ok = j == (int)p ? k >= (int)c.out.size() ||
+                                              matches(c.out[k], sh.out_t[k], got, family, e.algorithm, args[0][at + p])
+                                        : got == out[k][j];
+            if (!ok && bad++ < 10)
+              ADD_FAILURE() << family << " " << e.cls << " width " << w << " with x = " << lane_text(args[0][at + p]) << " in lane " << p << ": output " << k
+                            << " lane " << j << " is " << lane_text(got) << ", want "
+                            << (j == (int)p ? lane_text(lane_of(c.out[k], sh.out_t[k])) : lane_text(out[k][j]) + " (its ordinary bits)");
+          }
+      }
+    }
+    // The exact reference, where the family has one, agrees with the table.
+    for (const Case& c : mine) {
+      const Shape sh = parse_shape(e);
+      uint64_t in[3] = {}, want[3] = {};
+      for (int i = 0; i < sh.nin; ++i) in[i] = lane_of(c.in[i], sh.in_t[i]);
+      if (!reference(family, e.algorithm, in, want, 0)) break;
+      for (size_t k = 0; k < c.out.size(); ++k)
+        EXPECT_TRUE(matches(c.out[k], sh.out_t[k], want[k], family, e.algorithm, in[0]))
+            << "the reference of " << family << " on " << lane_text(in[0]) << " gives " << lane_text(want[k]);
+    }
+  }
+  EXPECT_EQ(bad, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(, Special, ::testing::ValuesIn(families()),
+                         [](const ::testing::TestParamInfo<std::string>& i) { return i.param; });
+
+// log2(2^k) = k for every power of two, denormal ones too, in every class;
+// log10(10^k) = k for every power of ten exact in the format (plain class).
+TEST(SpecialPowers, ExactAtPowersOfTheBase) {
+  const struct {
+    const char* family;
+    bool every_class;
+    int base, kmin, kmax;
+  } kPowers[] = {{"log2", true, 2, -1074, 1023}, {"log2f", true, 2, -149, 127}, {"log10", false, 10, 0, 22},
+                 {"log10f", false, 10, 0, 10}};
+  for (const auto& p : kPowers)
+    for (const ExportRow& e : kExports) {
+      if (e.family != std::string(p.family) || e.width != 16 || (!p.every_class && strcmp(e.cls, "plain"))) continue;
+      const Lane t = parse_shape(e).in_t[0];
+      std::vector<uint64_t> x;
+      for (int k = p.kmin; k <= p.kmax; ++k) x.push_back(lane_of(std::pow((double)p.base, k), t));
+      const std::vector<uint64_t> got = run_lanes(e.name + kPrefix, {x})[0];
+      for (int k = p.kmin; k <= p.kmax; ++k)
+        EXPECT_EQ(got[k - p.kmin], lane_of(k, t)) << e.name << " at " << p.base << "^" << k;
+    }
+}
+
+// Every row names exported families and algorithms and holds whole cases;
+// every family with an MPFR reference has rows.
+TEST(SpecialTable, RowsAreWellFormed) {
+  for (const Row& row : kRows) {
+    std::string list = std::string(row.families) + ",";
+    for (size_t at = 0, comma; (comma = list.find(',', at)) != std::string::npos; at = comma + 1) {
+      const std::string item = list.substr(at, comma - at), name = item.substr(0, item.find(':'));
+      const ExportRow* e = nullptr;
+      for (const ExportRow& r : kExports)
+        if (r.family == name && (name == item || item.substr(name.size() + 1) == r.algorithm)) e = &r;
+      ASSERT_TRUE(e) << item << " is not an exported family and algorithm";
+      const Shape sh = parse_shape(*e);
+      EXPECT_EQ(row.v.size() % (sh.nin + sh.nout), 0u) << row.families << ": not a whole number of cases";
+    }
+  }
+  for (const ExportRow& e : kExports)
+    if (mpfr_of(e.family)) EXPECT_FALSE(cases(e.family).empty()) << e.family;
+}
+
+}  // namespace
+
+std::vector<double> table_points(const std::string& family) {
+  std::vector<double> v;
+  for (const Case& c : cases(family))
+    if (c.in[0].kind == V::kNum && std::isfinite(c.in[0].d)) v.push_back(c.in[0].d);
+  return v;
+}
+
+}  // namespace ravl_test
