@@ -304,11 +304,12 @@ TEST(Exports, AliasesAndClassesOfOneAlgorithmGiveTheSameBits) {
   }
 }
 
-// Two threads run every export at once, each on all its inputs (special
-// values sending lanes to the scalar routines included), the second thread
-// half the trials ahead of the first so that they work on different lanes at
-// the same time; both must get the single-thread bits. The library keeps no
-// state: a shared scratch area would show here.
+// Two threads run every export at once on all its inputs (special values
+// sending lanes to the scalar routines included): first both on the same
+// trial at the same time, then the second thread half the trials ahead, so
+// that they also work on different lanes at the same time. Both must get the
+// single-thread bits: the library keeps no state, and a shared scratch area
+// would show here.
 TEST(Exports, TwoThreadsGetTheSingleThreadBits) {
   const std::vector<Outputs>& single = so_outputs();
   std::atomic<int> arrived{0};
@@ -323,7 +324,7 @@ TEST(Exports, TwoThreadsGetTheSingleThreadBits) {
       while (arrived.load() < 2 * (e + 1)) std::this_thread::yield();  // both threads on export e
       for (int round = 0; c && round < 2; ++round)
         for (int k = 0; k < n; ++k) {
-          const int t = (k + id * n / 2) % n;
+          const int t = (k + round * id * n / 2) % n;
           make_inputs(c->shape, t, in);
           call_once(c->fn, c->shape, in, t, 0, o);
           if (memcmp(o.bytes, single[e].record(t), (size_t)single[e].rec) != 0 && bad[id]++ < 10)
