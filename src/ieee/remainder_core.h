@@ -125,9 +125,10 @@ template <class T, RemMode mode> RAVL_INLINE int rem_scalar(T x, T y, T* r, int3
   T v = p.r;
   uint32_t n = p.n;
   if constexpr (mode == RemMode::nearest) {
-    // 2v overflowing to infinity still compares right; v - ay is exact (Sterbenz).
-    const T v2 = v + v;
-    if (v2 > ay || (v2 == ay && (n & 1))) v = v - ay, n += 1;
+    // Round half to even on 2v against ay, tested as v against h = ay - v (see
+    // half_rest below); v - ay is exact (Sterbenz).
+    const T h = ay - v;
+    if (v > h || (v == h && (n & 1))) v = v - ay, n += 1;
   }
   const bool neg_x = (bits_of(x) & I::sign_mask) != 0;
   *r = __builtin_bit_cast(T, bits_of(v) ^ (neg_x ? I::sign_mask : 0));
@@ -135,6 +136,14 @@ template <class T, RemMode mode> RAVL_INLINE int rem_scalar(T x, T y, T* r, int3
   *quo = ((bits_of(x) ^ bits_of(y)) & I::sign_mask) ? -q7 : q7;
   return kStatusOk;
 }
+
+// half_rest: the remainder rounds the quotient half to even, so with v = ax mod ay
+// in [0, ay) it subtracts ay when 2v > ay, or 2v == ay and the quotient is odd.
+// 2v itself may overflow to the largest finite value in the downward and
+// toward-zero modes (x in the top binade), so v is compared with h = ay - v
+// instead, which is right in every rounding mode: for v >= ay/2, h is exact
+// (Sterbenz); for v < ay/2, ay - 2v is a positive multiple of 2 ulp(v), so
+// ay - v >= v + 2 ulp(v), a representable value, and h rounds to more than v.
 
 // ---- vector path -----------------------------------------------------------------
 
@@ -158,8 +167,8 @@ template <class T, RemMode mode, int L> RAVL_INLINE RemVec<T, L> rem_vec(Vec<T, 
   if constexpr (mode == RemMode::fmod) {
     return {as_float<V>(as_uint(v) | sign_bit(x)), Vec<int32_t, L>(0)};
   } else {
-    const V v2 = v + v;
-    const S up = (v2 > ay) | ((v2 == ay) & (as_int(nb & U(1)) != S(0)));
+    const V h = ay - v;  // see half_rest
+    const S up = (v > h) | ((v == h) & (as_int(nb & U(1)) != S(0)));
     v = select(up, v - ay, v);
     nb = nb - as_uint(up);
     S q7 = as_int(nb & U(127));
