@@ -266,17 +266,23 @@ RAVL_INLINE F64x4 gather(const double* t, Vec<int64_t, 4> idx) {
 }
 
 // Pairs (t[idx[i]], t[idx[i] + 1]) of a table of 16-byte (hi, lo) rows: one
-// 128-bit load per lane and a transpose.
-RAVL_INLINE void gather_pairs(const double* t, Vec<int64_t, 2> idx, F64x2& hi, F64x2& lo) {
-  __m128d p0 = _mm_loadu_pd(t + idx[0]), p1 = _mm_loadu_pd(t + idx[1]);
+// 128-bit load per lane and a transpose. With kStride = 1, idx holds byte
+// offsets instead of element indices (an offset taken from a bit pattern
+// then needs no shift).
+template <int kStride = 8> RAVL_INLINE void gather_pairs(const double* t, Vec<int64_t, 2> idx, F64x2& hi, F64x2& lo) {
+  const char* b = reinterpret_cast<const char*>(t);
+  __m128d p0 = _mm_loadu_pd((const double*)(b + kStride * idx[0]));
+  __m128d p1 = _mm_loadu_pd((const double*)(b + kStride * idx[1]));
   hi = (F64x2)_mm_unpacklo_pd(p0, p1);
   lo = (F64x2)_mm_unpackhi_pd(p0, p1);
 }
-RAVL_INLINE void gather_pairs(const double* t, Vec<int64_t, 4> idx, F64x4& hi, F64x4& lo) {
-  __m256d a = _mm256_set_m128d(_mm_loadu_pd(t + idx[2]), _mm_loadu_pd(t + idx[0]));  // h0 l0 h2 l2
-  __m256d b = _mm256_set_m128d(_mm_loadu_pd(t + idx[3]), _mm_loadu_pd(t + idx[1]));  // h1 l1 h3 l3
-  hi = (F64x4)_mm256_unpacklo_pd(a, b);
-  lo = (F64x4)_mm256_unpackhi_pd(a, b);
+template <int kStride = 8> RAVL_INLINE void gather_pairs(const double* t, Vec<int64_t, 4> idx, F64x4& hi, F64x4& lo) {
+  const char* b = reinterpret_cast<const char*>(t);
+  auto pair = [&](int i) { return _mm_loadu_pd((const double*)(b + kStride * idx[i])); };
+  __m256d a0 = _mm256_set_m128d(pair(2), pair(0));  // h0 l0 h2 l2
+  __m256d a1 = _mm256_set_m128d(pair(3), pair(1));  // h1 l1 h3 l3
+  hi = (F64x4)_mm256_unpacklo_pd(a0, a1);
+  lo = (F64x4)_mm256_unpackhi_pd(a0, a1);
 }
 
 // ---- packed integer conversion and per-lane 64-bit shifts -------------------
@@ -297,24 +303,46 @@ RAVL_INLINE Vec<uint64_t, 2> shl_var(Vec<uint64_t, 2> v, Vec<uint64_t, 2> n) {
 }
 RAVL_INLINE U64x4 shl_var(U64x4 v, U64x4 n) { return (U64x4)_mm256_sllv_epi64((__m256i)v, (__m256i)n); }
 
-// Pairs (t[idx[i]], t[idx[i] + 1]) of a table of 8-byte (hi, lo) float rows:
-// one 64-bit load per lane, two rows to a 128-bit register, then the halves
-// are separated by shuffles.
-RAVL_INLINE void gather_pairs(const float* t, Vec<int32_t, 4> idx, F32x4& hi, F32x4& lo) {
-  __m128 a = (__m128)load_hi64(load_lo64(t, idx[0]), t, idx[1]);  // h0 l0 h1 l1
-  __m128 b = (__m128)load_hi64(load_lo64(t, idx[2]), t, idx[3]);  // h2 l2 h3 l3
-  hi = (F32x4)_mm_shuffle_ps(a, b, 0x88);
-  lo = (F32x4)_mm_shuffle_ps(a, b, 0xdd);
+// The 32-bit lanes of idx (nonnegative table indices) in general registers:
+// two lanes per 64-bit move (vmovq or vpextrq), the even lane zero-extended
+// by a 32-bit move and the odd one shifted down, where vpextrd would take a
+// two-uop instruction per lane. The empty asm keeps the compiler from turning
+// the split back into vpextrd.
+template <int N> struct LaneWords {
+  uint64_t w[N / 2];
+  RAVL_INLINE explicit LaneWords(Vec<int32_t, N> idx) {
+    Vec<uint64_t, N / 2> q = (Vec<uint64_t, N / 2>)idx;
+    for (int i = 0; i < N / 2; ++i) {
+      w[i] = q[i];
+      __asm__("" : "+r"(w[i]));
+    }
+  }
+  RAVL_INLINE uint64_t operator[](int i) const { return i & 1 ? w[i / 2] >> 32 : (uint32_t)w[i / 2]; }
+};
+
+// Pairs (t[idx[i]], t[idx[i] + 1]) of a table of 8-byte (hi, lo) float rows,
+// idx nonnegative: one 64-bit load per lane, two rows to a 128-bit register,
+// then the halves are separated by shuffles. With kStride = 8, idx holds row
+// numbers instead of element indices (no doubling of a row taken from a bit
+// pattern).
+template <int kStride = 4> RAVL_INLINE void gather_pairs(const float* t, Vec<int32_t, 4> idx, F32x4& hi, F32x4& lo) {
+  const char* b = reinterpret_cast<const char*>(t);
+  LaneWords<4> i(idx);
+  __m128 a0 = (__m128)load_hi64(load_lo64(b, kStride * i[0]), b, kStride * i[1]);  // h0 l0 h1 l1
+  __m128 a1 = (__m128)load_hi64(load_lo64(b, kStride * i[2]), b, kStride * i[3]);  // h2 l2 h3 l3
+  hi = (F32x4)_mm_shuffle_ps(a0, a1, 0x88);
+  lo = (F32x4)_mm_shuffle_ps(a0, a1, 0xdd);
 }
-RAVL_INLINE void gather_pairs(const float* t, Vec<int32_t, 8> idx, F32x8& hi, F32x8& lo) {
-  // a = h0 l0 h1 l1 | h4 l4 h5 l5, b = h2 l2 h3 l3 | h6 l6 h7 l7: the shuffles
-  // give the lanes in order.
-  __m256 a = _mm256_set_m128((__m128)load_hi64(load_lo64(t, idx[4]), t, idx[5]),
-                             (__m128)load_hi64(load_lo64(t, idx[0]), t, idx[1]));
-  __m256 b = _mm256_set_m128((__m128)load_hi64(load_lo64(t, idx[6]), t, idx[7]),
-                             (__m128)load_hi64(load_lo64(t, idx[2]), t, idx[3]));
-  hi = (F32x8)_mm256_shuffle_ps(a, b, 0x88);
-  lo = (F32x8)_mm256_shuffle_ps(a, b, 0xdd);
+template <int kStride = 4> RAVL_INLINE void gather_pairs(const float* t, Vec<int32_t, 8> idx, F32x8& hi, F32x8& lo) {
+  const char* b = reinterpret_cast<const char*>(t);
+  LaneWords<8> i(idx);
+  auto two = [&](int k) { return (__m128)load_hi64(load_lo64(b, kStride * i[k]), b, kStride * i[k + 1]); };
+  // a0 = h0 l0 h1 l1 | h4 l4 h5 l5, a1 = h2 l2 h3 l3 | h6 l6 h7 l7: the
+  // shuffles give the lanes in order.
+  __m256 a0 = _mm256_set_m128(two(4), two(0));
+  __m256 a1 = _mm256_set_m128(two(6), two(2));
+  hi = (F32x8)_mm256_shuffle_ps(a0, a1, 0x88);
+  lo = (F32x8)_mm256_shuffle_ps(a0, a1, 0xdd);
 }
 
 }  // namespace ravl
