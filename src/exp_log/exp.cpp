@@ -37,7 +37,6 @@ using namespace exp_common;
 // lane the vector path keeps has a normal result whose exponent the integer
 // add can form.
 constexpr uint64_t kFastBoundBits = 0x4086232affffffffull;
-constexpr double kFastBound = f64_bits(kFastBoundBits);
 // x above kOverflow = ln(DBL_MAX) rounded down overflows to +infinity.
 // x below 0xc0874910d52d3051 = -745.13321910194111 (ln 2^-1075 rounded) gives
 // e^x < 2^-1075, which rounds to +0.
@@ -193,34 +192,41 @@ constexpr double kC3 = f64_bits(0x3fc555555555653eull);  // 0.16666666666677971
 constexpr double kC4 = f64_bits(0x3fa555573f218b93ull);  // 0.041666723686623851
 constexpr double kC5 = f64_bits(0x3f8111112d9f549bull);  // 0.0083333341644141103
 
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct ExpFullRows {
+  Row<double> inv_ln2x64 = row(kInvLn2x64), shift = row(kShift), shift48 = row(kShift48), ln2o64_hi = row(kLn2o64Hi),
+              ln2o64_lo = row(kLn2o64Lo), c2 = row(kC2), c3 = row(kC3), c4 = row(kC4), c5 = row(kC5);
+  Row<uint64_t> m3ff = row<uint64_t>(0x3ff), exp_field = row<uint64_t>(0xfff0000000000000);
+};
+inline constexpr ExpFullRows kExpFullRows{};
+
 struct ExpFull : ExpDoubleBase {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
     using U = Vec<uint64_t, L>;
     using I = Vec<int64_t, L>;
-    V k = fma(x, V(kInvLn2x64), V(kShift));
-    V n = k - V(kShift);
+    const ExpFullRows& c = rows(kExpFullRows);
+    V k = fma(x, get<V>(c.inv_ln2x64), get<V>(c.shift));
+    V n = k - get<V>(c.shift);
     // s holds 16 n in its low bits: j16 = 16 (n mod 64) is the pair's byte
     // offset, and the bits above it, shifted by 42, are floor(n/64) in the
     // exponent field (the shifter's own bits leave the register).
-    U s = as_uint(n + V(kShift48));
-    U j16 = s & U(0x3ff);
-    U e = (s & ~U(0x3ff)) << 42;
-    V r = fnma(n, V(kLn2o64Hi), x);  // exact
-    r = fnma(n, V(kLn2o64Lo), r);
+    U s = as_uint(n + get<V>(c.shift48));
+    U j16 = s & get<U>(c.m3ff);
+    U e = (s << 42) & get<U>(c.exp_field);
+    V r = fnma(n, get<V>(c.ln2o64_hi), x);  // exact
+    r = fnma(n, get<V>(c.ln2o64_lo), r);
     V r2 = r * r;
-    V poly = fma(r, fma(r, fma(r, V(kC5), V(kC4)), V(kC3)), V(kC2));
+    V poly = fma(r, fma(r, fma(r, get<V>(c.c5), get<V>(c.c4)), get<V>(c.c3)), get<V>(c.c2));
     V q = fma(r2, poly, r);
-    const double* tab = reinterpret_cast<const double*>(exp_tables::kExp64);
-    I idx = bitcast<I>(j16 >> 3);  // element index of hi_j; lo_j follows it
     V hi, lo;
-    gather_pairs(tab, idx, hi, lo);
+    gather_pairs<1>(reinterpret_cast<const double*>(exp_tables::kExp64), bitcast<I>(j16), hi, lo);
     V y = hi + fma(hi, q, lo);
     return as_float<V>(as_uint(y) + e);
   }
   // |x| > 708.39599609374989 or NaN (unordered).
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
-    return not_le(abs(x), Vec<double, L>(kFastBound));
+    return abs_above_or_nan<kFastBoundBits>(x);
   }
 };
 
@@ -234,18 +240,27 @@ struct ExpFull : ExpDoubleBase {
 // kLn2o128); e^x = 2^floor(n/128) T_j (1 + r + c r^2), j = n mod 128.
 constexpr double kF2 = f64_bits(0x3fdffffc2808f7e8ull);          // 0.49999908361121337
 
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct ExpFastRows {
+  Row<double> inv_ln2x128 = row(kInvLn2x128), shift = row(kShift), ln2o128 = row(kLn2o128), f2 = row(kF2),
+              one = row(1.0);
+  Row<uint64_t> m127 = row<uint64_t>(127), exp_field = row<uint64_t>(0xfff0000000000000);
+};
+inline constexpr ExpFastRows kExpFastRows{};
+
 struct ExpFast : ExpDoubleBase {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
     using U = Vec<uint64_t, L>;
     using I = Vec<int64_t, L>;
-    V k = fma(x, V(kInvLn2x128), V(kShift));
-    V n = k - V(kShift);
-    V r = fnma(n, V(kLn2o128), x);
-    V q = fma(fma(V(kF2), r, V(1.0)), r, V(1.0));
+    const ExpFastRows& c = rows(kExpFastRows);
+    V k = fma(x, get<V>(c.inv_ln2x128), get<V>(c.shift));
+    V n = k - get<V>(c.shift);
+    V r = fnma(n, get<V>(c.ln2o128), x);
+    V q = fma(fma(get<V>(c.f2), r, get<V>(c.one)), r, get<V>(c.one));
     U kb = as_uint(k);
-    I j = bitcast<I>(kb & U(127));
-    U e = (kb & ~U(127)) << 45;  // floor(n/128) in the exponent field
+    I j = bitcast<I>(kb & get<U>(c.m127));
+    U e = (kb << 45) & get<U>(c.exp_field);  // floor(n/128) in the exponent field
     V t = gather(reinterpret_cast<const double*>(exp_tables::kExp128), j);
     return as_float<V>(as_uint(t * q) + e);
   }
@@ -253,7 +268,7 @@ struct ExpFast : ExpDoubleBase {
   // the whole pattern with 0x4086232affffffff: the same lanes as the full
   // class's test (|x| > 708.39599609374989), NaN and infinities included.
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
-    return abs_bits_above(x, (int64_t)kFastBoundBits);
+    return abs_bits_above<kFastBoundBits>(x);
   }
 };
 
@@ -273,33 +288,43 @@ constexpr float kFc2 = f32_bits(0x3effffffu);         // 0.49999997
 constexpr float kFc3 = f32_bits(0x3e2abb12u);         // 0.166729242
 constexpr float kFc4 = f32_bits(0x3d2abb12u);         // 0.0416823104
 
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct ExpfFullRows {
+  Row<float> inv_ln2x4 = row(kInvLn2x4), shift_bias = row(kShiftBias), ln2o4_hi = row(kLn2o4Hi),
+             ln2o4_lo = row(kLn2o4Lo), c2 = row(kFc2), c3 = row(kFc3), c4 = row(kFc4);
+  // T_j and L_j, j = 0..3, in both halves (the permute selects within a half).
+  Row<uint32_t> t = {{exp_tables::kExpf4T[0], exp_tables::kExpf4T[1], exp_tables::kExpf4T[2], exp_tables::kExpf4T[3],
+                      exp_tables::kExpf4T[0], exp_tables::kExpf4T[1], exp_tables::kExpf4T[2], exp_tables::kExpf4T[3]}};
+  Row<uint32_t> l = {{exp_tables::kExpf4L[0], exp_tables::kExpf4L[1], exp_tables::kExpf4L[2], exp_tables::kExpf4L[3],
+                      exp_tables::kExpf4L[0], exp_tables::kExpf4L[1], exp_tables::kExpf4L[2], exp_tables::kExpf4L[3]}};
+  Row<uint32_t> exp_mask = row(0x7f800000u);
+};
+inline constexpr ExpfFullRows kExpfFullRows{};
+
 struct ExpfFull : ExpfBase {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
     using U = Vec<uint32_t, L>;
     using I = Vec<int32_t, L>;
-    using exp_tables::kExpf4L;
-    using exp_tables::kExpf4T;
-    V k = fma(x, V(kInvLn2x4), V(kShiftBias));
-    V n = k - V(kShiftBias);
-    V r = fnma(n, V(kLn2o4Hi), x);
-    r = fnma(n, V(kLn2o4Lo), r);
+    const ExpfFullRows& c = rows(kExpfFullRows);
+    V k = fma(x, get<V>(c.inv_ln2x4), get<V>(c.shift_bias));
+    V n = k - get<V>(c.shift_bias);
+    V r = fnma(n, get<V>(c.ln2o4_hi), x);
+    r = fnma(n, get<V>(c.ln2o4_lo), r);
     // The low two bits of k's integer field are n mod 4 (4 * 127 adds a
     // multiple of 4); the bits above them are floor(n/4) + 127.
     I kb = as_int(k);
-    F32x4 tt = as_float<F32x4>(U32x4{kExpf4T[0], kExpf4T[1], kExpf4T[2], kExpf4T[3]});
-    F32x4 tl = as_float<F32x4>(U32x4{kExpf4L[0], kExpf4L[1], kExpf4L[2], kExpf4L[3]});
-    V t = permute4(tt, kb);
-    V lj = permute4(tl, kb);
-    V s = as_float<V>((as_uint(k) << 21) & U(0x7f800000u));  // 2^floor(n/4)
+    V t = permute4(get<F32x4>(c.t), kb);
+    V lj = permute4(get<F32x4>(c.l), kb);
+    V s = as_float<V>((as_uint(k) << 21) & get<U>(c.exp_mask));  // 2^floor(n/4)
     V r2 = r * r;
-    V p = r + fma(r2, fma(r, fma(r, V(kFc4), V(kFc3)), V(kFc2)), lj);
+    V p = r + fma(r2, fma(r, fma(r, get<V>(c.c4), get<V>(c.c3)), get<V>(c.c2)), lj);
     V big = s * t;
     return fma(p, big, big);
   }
   // |x| > 87.3365402 or NaN (unordered).
   template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
-    return not_le(abs(x), Vec<float, L>(kFastBoundf));
+    return abs_above_or_nan<kFastBoundfBits>(x);
   }
 };
 
@@ -313,13 +338,21 @@ constexpr float kD1 = f32_bits(0x3f8003deu);       // 1.00011802
 constexpr float kD2 = f32_bits(0x3f00f2d6u);       // 0.503705382
 constexpr float kD3 = f32_bits(0x3e2963acu);       // 0.165419281
 
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct ExpfFastRows {
+  Row<float> inv_ln2 = row(kInvLn2f), shift = row(kShiftf), ln2 = row(kLn2f), d1 = row(kD1), d2 = row(kD2),
+             d3 = row(kD3), one = row(1.0f);
+};
+inline constexpr ExpfFastRows kExpfFastRows{};
+
 struct ExpfFast : ExpfBase {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
-    V k = fma(x, V(kInvLn2f), V(kShiftf));
-    V n = k - V(kShiftf);
-    V r = fnma(n, V(kLn2f), x);
-    V p = fma(fma(fma(V(kD3), r, V(kD2)), r, V(kD1)), r, V(1.0f));
+    const ExpfFastRows& c = rows(kExpfFastRows);
+    V k = fma(x, get<V>(c.inv_ln2), get<V>(c.shift));
+    V n = k - get<V>(c.shift);
+    V r = fnma(n, get<V>(c.ln2), x);
+    V p = fma(fma(fma(get<V>(c.d3), r, get<V>(c.d2)), r, get<V>(c.d1)), r, get<V>(c.one));
     // k's low bits hold n; shifted by 23 they add n to p's exponent (the
     // shifter's own bits leave the register).
     return as_float<V>(as_uint(p) + (as_uint(k) << 23));
@@ -327,7 +360,7 @@ struct ExpfFast : ExpfBase {
   // The bits of |x| as a signed integer above those of 87.3365402: NaN and
   // infinities included.
   template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
-    return abs_bits_above(x, (int32_t)kFastBoundfBits);
+    return abs_bits_above<kFastBoundfBits>(x);
   }
 };
 

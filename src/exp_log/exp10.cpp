@@ -37,7 +37,7 @@ using exp_common::kShiftf;  // 1.5 * 2^23, the single classes' shifter
 // largest unflagged value being 0x40733a70ffffffff), infinities and NaN leave
 // the double vector paths: log10(2^-1022) = -307.65265556858878, so every kept
 // lane has a normal result whose exponent the integer add can form.
-constexpr int64_t kFastBoundBits = 0x40733a70ffffffffll;
+constexpr uint64_t kFastBoundBits = 0x40733a70ffffffffull;
 // x above 0x40734413509f79fe = 308.25471555991669, the largest double whose
 // 10^x rounds to DBL_MAX, overflows to +infinity.
 constexpr double kOverflow = f64_bits(0x40734413509f79feull);
@@ -50,7 +50,7 @@ constexpr double kDenormal = f64_bits(0xc0733a7146f72a41ull);
 
 // Bits of |x| above 0x4217b818 (37.9297791, the single just inside
 // -log10(2^-126) = 37.92977945), infinities and NaN leave the single vector paths.
-constexpr int32_t kFastBoundfBits = 0x4217b818;
+constexpr uint32_t kFastBoundfBits = 0x4217b818u;
 // x above 0x421a209a = 38.5318375, the largest single whose 10^x rounds to
 // FLT_MAX, overflows; x below 0xc2349e35 = -45.1544991, the smallest single
 // whose 10^x rounds to the smallest single denormal, gives +0; x below
@@ -181,21 +181,31 @@ using Exp10fBase = exp_common::AbsBoundKernel<float, kFastBoundfBits, exp10f_sca
 // n = round(128 x log2 10) by the shifter; r = x - n log10(2)/128 in two steps,
 // |r| <= log10(2)/256; 10^x = 2^floor(n/128) 2^(j/128) 10^r with j = n mod 128
 // and 2^(j/128) = hi_j + lo_j (absolute); y = hi_j + (hi_j q + lo_j).
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct Exp10FullRows {
+  Row<double> log2_10x128 = row(kLog2_10x128), shift = row(kShift), log10_2o128_hi = row(kLog10_2o128Hi),
+              log10_2o128_lo = row(kLog10_2o128Lo), c1 = row(kC1), c2 = row(kC2), c3 = row(kC3), c4 = row(kC4),
+              c5 = row(kC5);
+  Row<uint64_t> m127 = row<uint64_t>(127), exp_field = row<uint64_t>(0xfff0000000000000);
+};
+inline constexpr Exp10FullRows kExp10FullRows{};
+
 struct Exp10Full : Exp10Base {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
     using U = Vec<uint64_t, L>;
     using I = Vec<int64_t, L>;
-    V k = fma(x, V(kLog2_10x128), V(kShift));
-    V n = k - V(kShift);
-    V r = fnma(n, V(kLog10_2o128Hi), x);  // exact
-    r = fnma(n, V(kLog10_2o128Lo), r);
-    V q = r * fma(r, fma(r, fma(r, fma(r, V(kC5), V(kC4)), V(kC3)), V(kC2)), V(kC1));
+    const Exp10FullRows& c = rows(kExp10FullRows);
+    V k = fma(x, get<V>(c.log2_10x128), get<V>(c.shift));
+    V n = k - get<V>(c.shift);
+    V r = fnma(n, get<V>(c.log10_2o128_hi), x);  // exact
+    r = fnma(n, get<V>(c.log10_2o128_lo), r);
+    V q = r * fma(r, fma(r, fma(r, fma(r, get<V>(c.c5), get<V>(c.c4)), get<V>(c.c3)), get<V>(c.c2)), get<V>(c.c1));
     U kb = as_uint(k);
     // The low seven bits of k are j; the bits above, shifted into the
     // exponent field, are floor(n/128) (the shifter's bits leave the register).
-    I idx = bitcast<I>((kb & U(127)) << 1);  // element index of hi_j; lo_j follows it
-    U e = (kb << 45) & U(0xfff0000000000000ull);
+    I idx = bitcast<I>((kb & get<U>(c.m127)) << 1);  // element index of hi_j; lo_j follows it
+    U e = (kb << 45) & get<U>(c.exp_field);
     V hi, lo;
     gather_pairs(reinterpret_cast<const double*>(exp2_exp10_tables::kExp10Pairs128), idx, hi, lo);
     V y = fma(hi, q, lo) + hi;
@@ -217,13 +227,22 @@ constexpr double kP4 = f64_bits(0x3f83b2b9fbd8970full);       // 0.0096182374937
 constexpr double kP5 = f64_bits(0x3f55f07b4611e454ull);       // 0.0013390735478238285
 constexpr double kP6 = f64_bits(0x3f24308fabc18decull);       // 0.00015403512759624928
 
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct Exp10FastRows {
+  Row<double> log2_10 = row(kLog2_10), shift = row(kShift), p1 = row(kP1), p2 = row(kP2), p3 = row(kP3),
+              p4 = row(kP4), p5 = row(kP5), p6 = row(kP6), one = row(1.0);
+};
+inline constexpr Exp10FastRows kExp10FastRows{};
+
 struct Exp10Fast : Exp10Base {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
-    V k = fma(x, V(kLog2_10), V(kShift));
-    V n = k - V(kShift);
-    V t = fms(x, V(kLog2_10), n);
-    V p = fma(fma(fma(fma(fma(fma(V(kP6), t, V(kP5)), t, V(kP4)), t, V(kP3)), t, V(kP2)), t, V(kP1)), t, V(1.0));
+    const Exp10FastRows& c = rows(kExp10FastRows);
+    V k = fma(x, get<V>(c.log2_10), get<V>(c.shift));
+    V n = k - get<V>(c.shift);
+    V t = fms(x, get<V>(c.log2_10), n);
+    V p = fma(fma(fma(fma(fma(fma(get<V>(c.p6), t, get<V>(c.p5)), t, get<V>(c.p4)), t, get<V>(c.p3)), t,
+                      get<V>(c.p2)), t, get<V>(c.p1)), t, get<V>(c.one));
     // k's low bits hold n; shifted by 52 they add n to p's exponent.
     return as_float<V>(as_uint(p) + (as_uint(k) << 52));
   }
@@ -242,25 +261,34 @@ constexpr float kLog10_2o128Lof = f32_bits(0xb5fb2bd8u);  // low part -1.8713717
 constexpr float kD1 = f32_bits(0x40135d97u);              // 2.30258727
 constexpr float kD2 = f32_bits(0x4029a929u);              // 2.65094972
 
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct Exp10fFullRows {
+  Row<float> log2_10x128 = row(kLog2_10x128f), shift = row(kShiftf), log10_2o128_hi = row(kLog10_2o128Hif),
+             log10_2o128_lo = row(kLog10_2o128Lof), d1 = row(kD1), d2 = row(kD2);
+  Row<uint32_t> m127 = row(127u), high = row(~127u);
+};
+inline constexpr Exp10fFullRows kExp10fFullRows{};
+
 struct Exp10fFull : Exp10fBase {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
     using U = Vec<uint32_t, L>;
     using I = Vec<int32_t, L>;
-    V k = fma(x, V(kLog2_10x128f), V(kShiftf));
-    V n = k - V(kShiftf);
-    V r = fnma(n, V(kLog10_2o128Hif), x);
-    r = fnma(n, V(kLog10_2o128Lof), r);
-    V q = r * fma(r, V(kD2), V(kD1));
+    const Exp10fFullRows& c = rows(kExp10fFullRows);
+    V k = fma(x, get<V>(c.log2_10x128), get<V>(c.shift));
+    V n = k - get<V>(c.shift);
+    V r = fnma(n, get<V>(c.log10_2o128_hi), x);
+    r = fnma(n, get<V>(c.log10_2o128_lo), r);
+    V q = r * fma(r, get<V>(c.d2), get<V>(c.d1));
     U kb = as_uint(k);
-    I idx = bitcast<I>((kb & U(127)) << 1);
-    const float* tab = reinterpret_cast<const float*>(exp2_exp10_tables::kExp10fPairs128);
     V hi, lo;
-    gather_pairs(tab, idx, hi, lo);
+    // Row j of the 8-byte (hi, lo) pairs.
+    gather_pairs<8>(reinterpret_cast<const float*>(exp2_exp10_tables::kExp10fPairs128),
+                    bitcast<I>(kb & get<U>(c.m127)), hi, lo);
     V y = fma(hi, q, lo) + hi;
     // Bits 7 and up of k's mantissa are floor(n/128); shifted by 16 they land
     // in the exponent field (the shifter's bits leave the register).
-    return as_float<V>(as_uint(y) + ((kb & ~U(127)) << 16));
+    return as_float<V>(as_uint(y) + ((kb & get<U>(c.high)) << 16));
   }
 };
 
@@ -274,13 +302,21 @@ constexpr float kE1 = f32_bits(0x3f317422u);        // 0.693178296
 constexpr float kE2 = f32_bits(0x3e77d66au);        // 0.242028862
 constexpr float kE3 = f32_bits(0x3d63582bu);        // 0.0555040054
 
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct Exp10fFastRows {
+  Row<float> log2_10 = row(kLog2_10f), shift = row(kShiftf), e1 = row(kE1), e2 = row(kE2), e3 = row(kE3),
+             one = row(1.0f);
+};
+inline constexpr Exp10fFastRows kExp10fFastRows{};
+
 struct Exp10fFast : Exp10fBase {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
-    V k = fma(x, V(kLog2_10f), V(kShiftf));
-    V n = k - V(kShiftf);
-    V t = fms(x, V(kLog2_10f), n);
-    V p = fma(fma(fma(V(kE3), t, V(kE2)), t, V(kE1)), t, V(1.0f));
+    const Exp10fFastRows& c = rows(kExp10fFastRows);
+    V k = fma(x, get<V>(c.log2_10), get<V>(c.shift));
+    V n = k - get<V>(c.shift);
+    V t = fms(x, get<V>(c.log2_10), n);
+    V p = fma(fma(fma(get<V>(c.e3), t, get<V>(c.e2)), t, get<V>(c.e1)), t, get<V>(c.one));
     return as_float<V>(as_uint(p) + (as_uint(k) << 23));
   }
 };

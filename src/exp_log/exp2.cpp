@@ -41,10 +41,10 @@ namespace exp2_detail {
 // leave the double vector paths: below that every result is a normal double
 // whose exponent the integer add can form (x > -1022 keeps floor(n/64) >=
 // -1022 with a table factor >= 1, x < 1022 keeps the result below 2^1022).
-constexpr int64_t kFastBoundBits = 0x408fefffffffffffll;
+constexpr uint64_t kFastBoundBits = 0x408fefffffffffffull;
 // Bits of |x| above 0x42fc0000 (|x| > 126), infinities and NaN leave the
 // single vector paths: 2^-126 <= 2^x <= 2^126 on the rest.
-constexpr int32_t kFastBoundfBits = 0x42fc0000;
+constexpr uint32_t kFastBoundfBits = 0x42fc0000u;
 
 // ---- reduction constants -----------------------------------------------------
 
@@ -145,19 +145,27 @@ using Exp2fBase = exp_common::AbsBoundKernel<float, kFastBoundfBits, exp2f_scala
 // n = round(64 x) by the 1.5 * 2^46 shifter; r = x - n/64 is exact, |r| <= 1/128;
 // 2^x = 2^floor(n/64) 2^(j/64) 2^r with j = n mod 64 and 2^(j/64) = hi_j + lo_j
 // (absolute correction); y = hi_j + (hi_j q + lo_j), q = 2^r - 1.
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct Exp2FullRows {
+  Row<double> shift46 = row(kShift46), c1 = row(kC1), c2 = row(kC2), c3 = row(kC3), c4 = row(kC4), c5 = row(kC5);
+  Row<uint64_t> m63 = row<uint64_t>(63), exp_field = row<uint64_t>(0xfff0000000000000);
+};
+inline constexpr Exp2FullRows kExp2FullRows{};
+
 struct Exp2Full : Exp2Base {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
     using U = Vec<uint64_t, L>;
     using I = Vec<int64_t, L>;
-    V s = x + V(kShift46);
-    V r = x - (s - V(kShift46));  // exact: k = s - kShift46 is 0 or within a factor 2 of x (Sterbenz)
-    V q = r * fma(r, fma(r, fma(r, fma(r, V(kC5), V(kC4)), V(kC3)), V(kC2)), V(kC1));
+    const Exp2FullRows& c = rows(kExp2FullRows);
+    V s = x + get<V>(c.shift46);
+    V r = x - (s - get<V>(c.shift46));  // exact: k = s - kShift46 is 0 or within a factor 2 of x (Sterbenz)
+    V q = r * fma(r, fma(r, fma(r, fma(r, get<V>(c.c5), get<V>(c.c4)), get<V>(c.c3)), get<V>(c.c2)), get<V>(c.c1));
     U sb = as_uint(s);
     // The low six bits of s's mantissa are j; the bits above, shifted into
     // the exponent field, are floor(n/64) (the shifter's bits leave the register).
-    I idx = bitcast<I>((sb & U(63)) << 1);  // element index of hi_j; lo_j follows it
-    U e = (sb << 46) & U(0xfff0000000000000ull);
+    I idx = bitcast<I>((sb & get<U>(c.m63)) << 1);  // element index of hi_j; lo_j follows it
+    U e = (sb << 46) & get<U>(c.exp_field);
     V hi, lo;
     gather_pairs(reinterpret_cast<const double*>(exp_tables::kExp64), idx, hi, lo);
     V y = fma(hi, q, lo) + hi;
@@ -180,12 +188,21 @@ constexpr double kP4 = f64_bits(0x3f83b2dbbc0fe08eull);  // 0.009618488957116502
 constexpr double kP5 = f64_bits(0x3f55f456a8adf058ull);  // 0.0013399931219444574
 constexpr double kP6 = f64_bits(0x3f241d3336b2ae61ull);  // 0.0001534581200294148
 
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct Exp2FastRows {
+  Row<double> shift = row(kShift), p0 = row(kP0), p1 = row(kP1), p2 = row(kP2), p3 = row(kP3), p4 = row(kP4),
+              p5 = row(kP5), p6 = row(kP6);
+};
+inline constexpr Exp2FastRows kExp2FastRows{};
+
 struct Exp2Fast : Exp2Base {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
-    V s = x + V(kShift);
-    V r = x - (s - V(kShift));
-    V p = fma(fma(fma(fma(fma(fma(V(kP6), r, V(kP5)), r, V(kP4)), r, V(kP3)), r, V(kP2)), r, V(kP1)), r, V(kP0));
+    const Exp2FastRows& c = rows(kExp2FastRows);
+    V s = x + get<V>(c.shift);
+    V r = x - (s - get<V>(c.shift));
+    V p = fma(fma(fma(fma(fma(fma(get<V>(c.p6), r, get<V>(c.p5)), r, get<V>(c.p4)), r, get<V>(c.p3)), r,
+                      get<V>(c.p2)), r, get<V>(c.p1)), r, get<V>(c.p0));
     // s's low bits hold n; shifted by 52 they add n to p's exponent.
     return as_float<V>(as_uint(p) + (as_uint(s) << 52));
   }
@@ -201,21 +218,29 @@ constexpr float kShift17 = f32_bits(0x48400000u);  // 1.5 * 2^17 = 196608
 constexpr float kD1 = f32_bits(0x3f317243u);       // 0.693149745
 constexpr float kD2 = f32_bits(0x3e75fdfcu);       // 0.240226686
 
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct Exp2fFullRows {
+  Row<float> shift17 = row(kShift17), d1 = row(kD1), d2 = row(kD2);
+  Row<uint32_t> m63 = row(63u), exp_field = row(0xff800000u);
+};
+inline constexpr Exp2fFullRows kExp2fFullRows{};
+
 struct Exp2fFull : Exp2fBase {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
     using U = Vec<uint32_t, L>;
     using I = Vec<int32_t, L>;
-    V s = x + V(kShift17);
-    V r = x - (s - V(kShift17));
-    V q = r * fma(r, V(kD2), V(kD1));
+    const Exp2fFullRows& c = rows(kExp2fFullRows);
+    V s = x + get<V>(c.shift17);
+    V r = x - (s - get<V>(c.shift17));
+    V q = r * fma(r, get<V>(c.d2), get<V>(c.d1));
     U sb = as_uint(s);
-    I idx = bitcast<I>((sb & U(63)) << 1);
-    const float* tab = reinterpret_cast<const float*>(exp2_exp10_tables::kExp2fPairs64);
     V hi, lo;
-    gather_pairs(tab, idx, hi, lo);
+    // Row j of the 8-byte (hi, lo) pairs.
+    gather_pairs<8>(reinterpret_cast<const float*>(exp2_exp10_tables::kExp2fPairs64), bitcast<I>(sb & get<U>(c.m63)),
+                    hi, lo);
     V y = fma(hi, q, lo) + hi;
-    return as_float<V>(as_uint(y) + ((sb << 17) & U(0xff800000u)));
+    return as_float<V>(as_uint(y) + ((sb << 17) & get<U>(c.exp_field)));
   }
 };
 
@@ -229,12 +254,19 @@ constexpr float kE1 = f32_bits(0x3f31798du);       // 0.693260968
 constexpr float kE2 = f32_bits(0x3e786f13u);       // 0.242611215
 constexpr float kE3 = f32_bits(0x3d61fbccu);       // 0.0551717728
 
+// The vector path's constants, one 32-byte row each, read as memory operands.
+struct Exp2fFastRows {
+  Row<float> shift = row(kShiftf), e0 = row(kE0), e1 = row(kE1), e2 = row(kE2), e3 = row(kE3);
+};
+inline constexpr Exp2fFastRows kExp2fFastRows{};
+
 struct Exp2fFast : Exp2fBase {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
-    V s = x + V(kShiftf);
-    V r = x - (s - V(kShiftf));
-    V p = fma(fma(fma(V(kE3), r, V(kE2)), r, V(kE1)), r, V(kE0));
+    const Exp2fFastRows& c = rows(kExp2fFastRows);
+    V s = x + get<V>(c.shift);
+    V r = x - (s - get<V>(c.shift));
+    V p = fma(fma(fma(get<V>(c.e3), r, get<V>(c.e2)), r, get<V>(c.e1)), r, get<V>(c.e0));
     return as_float<V>(as_uint(p) + (as_uint(s) << 23));
   }
 };

@@ -99,22 +99,38 @@ RAVL_INLINE double scale_pow2(double y, int64_t m) {
 
 // ---- lane tests and kernel bases ---------------------------------------------------
 
+// The rows of a lane test against |x|: the mask that clears the sign bit and
+// the bound's bit pattern, read as memory operands (rows(), frame/simd.h).
+template <class T, typename Bits<T>::U kBoundBits> struct BoundRows {
+  using U = typename Bits<T>::U;
+  Row<U> abs = row((U)(~(U)0 >> 1));
+  Row<U> bound = row(kBoundBits);
+};
+template <class T, typename Bits<T>::U kBoundBits> inline constexpr BoundRows<T, kBoundBits> kBoundRows{};
+
 // Lanes whose |x| has a bit pattern, read as a signed integer, above
-// bound_bits: |x| above the value of bound_bits, infinities and NaN, in one
+// kBoundBits: |x| above the value of kBoundBits, infinities and NaN, in one
 // integer compare.
-template <class V, class S> RAVL_INLINE auto abs_bits_above(V x, S bound_bits) {
-  return as_int(abs(x)) > SIntOf<V>(bound_bits);
+template <auto kBoundBits, class V> RAVL_INLINE MaskOf<V> abs_bits_above(V x) {
+  using I = SIntOf<V>;
+  const auto& k = rows(kBoundRows<LaneOf<V>, kBoundBits>);
+  return (as_int(x) & get<I>(k.abs)) > get<I>(k.bound);
+}
+// Lanes with |x| above the value of kBoundBits or NaN (an unordered compare).
+template <auto kBoundBits, class V> RAVL_INLINE MaskOf<V> abs_above_or_nan(V x) {
+  const auto& k = rows(kBoundRows<LaneOf<V>, kBoundBits>);
+  return not_le(as_float<V>(as_uint(x) & get<UIntOf<V>>(k.abs)), get<V>(k.bound));
 }
 
-// Kernel base of the families with no inline pass: the lanes of abs_bits_above
-// (x, kBoundBits) go to the scalar routine Scalar, which every class of the
-// precision shares.
-template <class T, auto kBoundBits, int (*Scalar)(const T*, T*)>
+// Kernel base of the families with no inline pass: the lanes of
+// abs_bits_above<kBoundBits> go to the scalar routine Scalar, which every
+// class of the precision shares.
+template <class T, typename Bits<T>::U kBoundBits, int (*Scalar)(const T*, T*)>
 struct AbsBoundKernel : frame::Kernel {
   using sig = T(T);
   static constexpr bool has_callout = true;
   template <int L> static RAVL_INLINE Mask<T, L> special(Vec<T, L> x, Vec<T, L>) {
-    return abs_bits_above(x, kBoundBits);
+    return abs_bits_above<kBoundBits>(x);
   }
   static RAVL_INLINE int scalar(const T* x, T* r) { return Scalar(x, r); }
 };

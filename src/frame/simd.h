@@ -345,4 +345,47 @@ template <int kStride = 4> RAVL_INLINE void gather_pairs(const float* t, Vec<int
   lo = (F32x8)_mm256_shuffle_ps(a0, a1, 0xdd);
 }
 
+// ---- constants read from memory ---------------------------------------------
+//
+// A kernel may keep its constants in a struct of rows, each a 32-byte row of
+// one value in every lane, and read them through rows(): each use then reads
+// its constant from memory as an instruction's operand, instead of the
+// compiler broadcasting it into a register that it holds across the
+// computation (and shares between the chunks of a wide call). That saves the
+// broadcasts, and it keeps a call of two chunks within the registers a call
+// may clobber (ymm0-7 on Linux) instead of saving and restoring ymm8-15 on
+// every call.
+
+template <class T> struct alignas(32) Row {
+  T v[32 / sizeof(T)];
+};
+// A row of the value c in every lane.
+template <class T> constexpr Row<T> row(T c) {
+  Row<T> r{};
+  for (T& e : r.v) e = c;
+  return r;
+}
+// The first lanes of a row as a vector V with lanes of the row's width.
+template <class V, class T> RAVL_INLINE V get(const Row<T>& r) {
+  static_assert(sizeof(LaneOf<V>) == sizeof(T) && sizeof(V) <= sizeof(Row<T>), "row lanes");
+  V v;
+  __builtin_memcpy(&v, r.v, sizeof v);
+  return v;
+}
+// The rows c, for one chunk's computation. The first empty asm hides where
+// the rows are, so that the compiler reads them instead of folding their
+// values into broadcasts. The second may write memory as far as the compiler
+// knows: every read of this chunk stays after it and every read of the chunk
+// before stays before it, so each chunk reads its own constants (no register
+// holds one for the next chunk) and a chunk's computation does not start
+// before the loads of the one before. It also keeps the computation that
+// follows the lane test from being merged into the one before it (whose
+// result only the lane mask uses), so the arithmetic stays after the branch.
+template <class C> RAVL_INLINE const C& rows(const C& c) {
+  const C* p = &c;
+  __asm__("" : "+r"(p));
+  __asm__("" ::: "memory");
+  return *p;
+}
+
 }  // namespace ravl
