@@ -8,7 +8,7 @@
 // error at most 1.5 * 2^-12 and the product adds one rounding, so they are
 // within 1.5 * 2^-12 + 2^-24 (about 2^-11.4) relative of x / y on the lanes
 // they compute themselves (measured 3.14e-4 = 2^-11.64 on 240000 random
-// operand pairs, tests/div_test.cpp). The lanes whose divisor is zero,
+// operand pairs, tests/exact_test.cpp). The lanes whose divisor is zero,
 // subnormal or at least 2^126 in magnitude (where rcp flushes, or its result
 // would be subnormal and flushed) go to the scalar routine and get the IEEE
 // quotient.

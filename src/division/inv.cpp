@@ -8,7 +8,7 @@
 // invf _native and _half: the hardware reciprocal approximation of x with no
 // refinement step, relative error at most 1.5 * 2^-12 (the instruction's
 // bound; it is the whole error, the result is not rounded again; measured
-// 3.15e-4 = 2^-11.63 over every significand of [1, 2) in tests/div_test.cpp,
+// 3.15e-4 = 2^-11.63 over every significand of [1, 2) in tests/exact_test.cpp,
 // and rcp depends on the significand only). Lanes where that approximation is
 // not usable go to the scalar routine, which returns the IEEE reciprocal:
 //   |x| < 2^-126 (zeros, subnormals: rcp treats them as zero), and

@@ -11,7 +11,7 @@
 //   NaN -> quiet NaN, +inf -> +inf, -inf -> -1, x > ln(DBL_MAX) -> +inf
 //   (status 3), +-0 -> +-0, tiny x -> x (status 4 for a denormal x).
 //
-// Classes and measured max errors (tests/expm1_log1p_test.cpp against MPFR,
+// Classes and measured max errors (tests/accuracy_test.cpp against MPFR,
 // at 8 times its default counts: per row 2^20 doubles or 2^21 singles uniform
 // over [-3, 3] and over [-45, 712] / [-25, 90], log-uniform over [2^-60, 2] /
 // [2^-30, 2], random bit patterns, and +-64 ulps around every bound, table

@@ -8,7 +8,7 @@
 //   NaN -> quiet NaN, +inf -> +inf, -inf and x < 0 -> NaN, +-0 -> -inf,
 //   positive denormals -> ln x within 1 ulp.
 //
-// Classes and measured max errors (tests/log_test.cpp against MPFR, 2^21
+// Classes and measured max errors (tests/accuracy_test.cpp against MPFR, 2^21
 // inputs per row: log-uniform over [DBL_MIN, DBL_MAX], uniform over [0.5, 2],
 // log-uniform over the denormals, random bit patterns and +-64 ulps around 1,
 // 2, sqrt2, the smallest normal and DBL_MAX; the test asserts the bounds kept

@@ -7,7 +7,7 @@
 // log10(10^k) is exactly k for the powers of ten that are doubles (k = 0..22)
 // and singles (k = 0..10) in the plain classes.
 //
-// Classes and measured max errors (tests/log2_log10_test.cpp against MPFR,
+// Classes and measured max errors (tests/accuracy_test.cpp against MPFR,
 // the same sampling as log2):
 //   log10   plain                 full   0.5 ulp (also the scalar routine)
 //   log10   _native _half         fast   2.87e6 ulp, relative 3.3e-10 = 2^-31.5

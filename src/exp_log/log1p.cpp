@@ -9,7 +9,7 @@
 //   NaN -> quiet NaN, +inf -> +inf, -1 -> -inf (status 2),
 //   x < -1 and -inf -> NaN (status 1), tiny x -> x (status 4 for a denormal x).
 //
-// Classes and measured max errors (tests/expm1_log1p_test.cpp against MPFR,
+// Classes and measured max errors (tests/accuracy_test.cpp against MPFR,
 // at 8 times its default counts: per row 2^20 doubles or 2^21 singles uniform
 // over [-1, 3], log-uniform over [1, 2^1000] / [1, FLT_MAX] and over
 // [2^-60, 1] / [2^-30, 1], random bit patterns, and +-64 ulps around -1, the

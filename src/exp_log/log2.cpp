@@ -9,7 +9,7 @@
 //   (status 1); denormals -> the full algorithm on x 2^64, minus 64.
 // log2(2^k) is exactly k in every class (r = 0, table row 0, E' = k).
 //
-// Classes and measured max errors (tests/log2_log10_test.cpp against MPFR:
+// Classes and measured max errors (tests/accuracy_test.cpp against MPFR:
 // log-uniform samples over the positive normals, uniform samples over
 // [0.5, 2], random bit patterns, denormals, +-64 ulps around the edges):
 //   log2   plain                  full   0.5 ulp (also the scalar routine)

@@ -7,7 +7,7 @@
 //   NaN -> NaN; +inf -> +inf; +-0 -> -inf (status 2); x < 0, -inf -> NaN
 //   (status 1); denormals -> correctly computed logarithm.
 //
-// Classes and measured max errors (tests/log2_log10_test.cpp against MPFR):
+// Classes and measured max errors (tests/accuracy_test.cpp against MPFR):
 //   logf  plain _rm   full   0.5018 ulp (every positive normal single checked
 //                            against the double logarithm): in single with a
 //                            two-word table and a Fast2Sum (log_core.h)
