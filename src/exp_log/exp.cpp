@@ -193,7 +193,7 @@ constexpr double kC4 = f64_bits(0x3fa555573f218b93ull);  // 0.041666723686623851
 constexpr double kC5 = f64_bits(0x3f8111112d9f549bull);  // 0.0083333341644141103
 
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct ExpFullRows {
+struct ExpFullRows : BoundRows<double, kFastBoundBits> {
   Row<double> inv_ln2x64 = row(kInvLn2x64), shift = row(kShift), shift48 = row(kShift48), ln2o64_hi = row(kLn2o64Hi),
               ln2o64_lo = row(kLn2o64Lo), c2 = row(kC2), c3 = row(kC3), c4 = row(kC4), c5 = row(kC5);
   Row<uint64_t> m3ff = row<uint64_t>(0x3ff), exp_field = row<uint64_t>(0xfff0000000000000);
@@ -226,7 +226,7 @@ struct ExpFull : ExpDoubleBase {
   }
   // |x| > 708.39599609374989 or NaN (unordered).
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
-    return abs_above_or_nan<kFastBoundBits>(x);
+    return abs_above_or_nan(x, rows(kExpFullRows));
   }
 };
 
@@ -241,7 +241,7 @@ struct ExpFull : ExpDoubleBase {
 constexpr double kF2 = f64_bits(0x3fdffffc2808f7e8ull);          // 0.49999908361121337
 
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct ExpFastRows {
+struct ExpFastRows : BoundRows<double, kFastBoundBits> {
   Row<double> inv_ln2x128 = row(kInvLn2x128), shift = row(kShift), ln2o128 = row(kLn2o128), f2 = row(kF2),
               one = row(1.0);
   Row<uint64_t> m127 = row<uint64_t>(127), exp_field = row<uint64_t>(0xfff0000000000000);
@@ -268,7 +268,7 @@ struct ExpFast : ExpDoubleBase {
   // the whole pattern with 0x4086232affffffff: the same lanes as the full
   // class's test (|x| > 708.39599609374989), NaN and infinities included.
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
-    return abs_bits_above<kFastBoundBits>(x);
+    return abs_bits_above(x, rows(kExpFastRows));
   }
 };
 
@@ -289,7 +289,7 @@ constexpr float kFc3 = f32_bits(0x3e2abb12u);         // 0.166729242
 constexpr float kFc4 = f32_bits(0x3d2abb12u);         // 0.0416823104
 
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct ExpfFullRows {
+struct ExpfFullRows : BoundRows<float, kFastBoundfBits> {
   Row<float> inv_ln2x4 = row(kInvLn2x4), shift_bias = row(kShiftBias), ln2o4_hi = row(kLn2o4Hi),
              ln2o4_lo = row(kLn2o4Lo), c2 = row(kFc2), c3 = row(kFc3), c4 = row(kFc4);
   // T_j and L_j, j = 0..3, in both halves (the permute selects within a half).
@@ -324,7 +324,7 @@ struct ExpfFull : ExpfBase {
   }
   // |x| > 87.3365402 or NaN (unordered).
   template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
-    return abs_above_or_nan<kFastBoundfBits>(x);
+    return abs_above_or_nan(x, rows(kExpfFullRows));
   }
 };
 
@@ -339,7 +339,7 @@ constexpr float kD2 = f32_bits(0x3f00f2d6u);       // 0.503705382
 constexpr float kD3 = f32_bits(0x3e2963acu);       // 0.165419281
 
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct ExpfFastRows {
+struct ExpfFastRows : BoundRows<float, kFastBoundfBits> {
   Row<float> inv_ln2 = row(kInvLn2f), shift = row(kShiftf), ln2 = row(kLn2f), d1 = row(kD1), d2 = row(kD2),
              d3 = row(kD3), one = row(1.0f);
 };
@@ -360,7 +360,7 @@ struct ExpfFast : ExpfBase {
   // The bits of |x| as a signed integer above those of 87.3365402: NaN and
   // infinities included.
   template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
-    return abs_bits_above<kFastBoundfBits>(x);
+    return abs_bits_above(x, rows(kExpfFastRows));
   }
 };
 

@@ -171,9 +171,13 @@ RAVL_INLINE int exp10f_scalar(const float* xp, float* rp) {
 // What every member of a precision shares: the lane test (the upper word of
 // |x| above 0x40733a70, as one signed 64-bit compare of the whole pattern:
 // |x| > 307.65258789062494, infinities and NaN; for singles the bits of |x|
-// above those of 37.9297791) and the scalar routine.
-using Exp10Base = exp_common::AbsBoundKernel<double, kFastBoundBits, exp10_scalar>;
-using Exp10fBase = exp_common::AbsBoundKernel<float, kFastBoundfBits, exp10f_scalar>;
+// above those of 37.9297791) and the scalar routine. The bound's rows
+// (Exp10Bound, Exp10fBound) open each class's block of constant rows, kRows,
+// which the lane test and the vector path read through one address.
+template <const auto& kRows> using Exp10Base = exp_common::AbsBoundKernel<double, kRows, exp10_scalar>;
+template <const auto& kRows> using Exp10fBase = exp_common::AbsBoundKernel<float, kRows, exp10f_scalar>;
+using Exp10Bound = exp_common::BoundRows<double, kFastBoundBits>;
+using Exp10fBound = exp_common::BoundRows<float, kFastBoundfBits>;
 
 // ---- double, full class ---------------------------------------------------------
 //
@@ -182,7 +186,7 @@ using Exp10fBase = exp_common::AbsBoundKernel<float, kFastBoundfBits, exp10f_sca
 // |r| <= log10(2)/256; 10^x = 2^floor(n/128) 2^(j/128) 10^r with j = n mod 128
 // and 2^(j/128) = hi_j + lo_j (absolute); y = hi_j + (hi_j q + lo_j).
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct Exp10FullRows {
+struct Exp10FullRows : Exp10Bound {
   Row<double> log2_10x128 = row(kLog2_10x128), shift = row(kShift), log10_2o128_hi = row(kLog10_2o128Hi),
               log10_2o128_lo = row(kLog10_2o128Lo), c1 = row(kC1), c2 = row(kC2), c3 = row(kC3), c4 = row(kC4),
               c5 = row(kC5);
@@ -190,7 +194,7 @@ struct Exp10FullRows {
 };
 inline constexpr Exp10FullRows kExp10FullRows{};
 
-struct Exp10Full : Exp10Base {
+struct Exp10Full : Exp10Base<kExp10FullRows> {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
     using U = Vec<uint64_t, L>;
@@ -228,13 +232,13 @@ constexpr double kP5 = f64_bits(0x3f55f07b4611e454ull);       // 0.0013390735478
 constexpr double kP6 = f64_bits(0x3f24308fabc18decull);       // 0.00015403512759624928
 
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct Exp10FastRows {
+struct Exp10FastRows : Exp10Bound {
   Row<double> log2_10 = row(kLog2_10), shift = row(kShift), p1 = row(kP1), p2 = row(kP2), p3 = row(kP3),
               p4 = row(kP4), p5 = row(kP5), p6 = row(kP6), one = row(1.0);
 };
 inline constexpr Exp10FastRows kExp10FastRows{};
 
-struct Exp10Fast : Exp10Base {
+struct Exp10Fast : Exp10Base<kExp10FastRows> {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
     const Exp10FastRows& c = rows(kExp10FastRows);
@@ -262,14 +266,14 @@ constexpr float kD1 = f32_bits(0x40135d97u);              // 2.30258727
 constexpr float kD2 = f32_bits(0x4029a929u);              // 2.65094972
 
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct Exp10fFullRows {
+struct Exp10fFullRows : Exp10fBound {
   Row<float> log2_10x128 = row(kLog2_10x128f), shift = row(kShiftf), log10_2o128_hi = row(kLog10_2o128Hif),
              log10_2o128_lo = row(kLog10_2o128Lof), d1 = row(kD1), d2 = row(kD2);
   Row<uint32_t> m127 = row(127u), high = row(~127u);
 };
 inline constexpr Exp10fFullRows kExp10fFullRows{};
 
-struct Exp10fFull : Exp10fBase {
+struct Exp10fFull : Exp10fBase<kExp10fFullRows> {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
     using U = Vec<uint32_t, L>;
@@ -303,13 +307,13 @@ constexpr float kE2 = f32_bits(0x3e77d66au);        // 0.242028862
 constexpr float kE3 = f32_bits(0x3d63582bu);        // 0.0555040054
 
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct Exp10fFastRows {
+struct Exp10fFastRows : Exp10fBound {
   Row<float> log2_10 = row(kLog2_10f), shift = row(kShiftf), e1 = row(kE1), e2 = row(kE2), e3 = row(kE3),
              one = row(1.0f);
 };
 inline constexpr Exp10fFastRows kExp10fFastRows{};
 
-struct Exp10fFast : Exp10fBase {
+struct Exp10fFast : Exp10fBase<kExp10fFastRows> {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
     const Exp10fFastRows& c = rows(kExp10fFastRows);

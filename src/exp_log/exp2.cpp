@@ -135,9 +135,13 @@ RAVL_INLINE int exp2f_scalar(const float* xp, float* rp) {
 // What every member of a precision shares: the lane test (the upper word of
 // |x| above 0x408fefff, as one signed 64-bit compare of the whole pattern:
 // |x| >= 1022, infinities and NaN; for singles the bits of |x| above those of
-// 126) and the scalar routine.
-using Exp2Base = exp_common::AbsBoundKernel<double, kFastBoundBits, exp2_scalar>;
-using Exp2fBase = exp_common::AbsBoundKernel<float, kFastBoundfBits, exp2f_scalar>;
+// 126) and the scalar routine. The bound's rows (Exp2Bound, Exp2fBound) open
+// each class's block of constant rows, kRows, which the lane test and the
+// vector path read through one address.
+template <const auto& kRows> using Exp2Base = exp_common::AbsBoundKernel<double, kRows, exp2_scalar>;
+template <const auto& kRows> using Exp2fBase = exp_common::AbsBoundKernel<float, kRows, exp2f_scalar>;
+using Exp2Bound = exp_common::BoundRows<double, kFastBoundBits>;
+using Exp2fBound = exp_common::BoundRows<float, kFastBoundfBits>;
 
 // ---- double, full class ---------------------------------------------------------
 //
@@ -146,13 +150,13 @@ using Exp2fBase = exp_common::AbsBoundKernel<float, kFastBoundfBits, exp2f_scala
 // 2^x = 2^floor(n/64) 2^(j/64) 2^r with j = n mod 64 and 2^(j/64) = hi_j + lo_j
 // (absolute correction); y = hi_j + (hi_j q + lo_j), q = 2^r - 1.
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct Exp2FullRows {
+struct Exp2FullRows : Exp2Bound {
   Row<double> shift46 = row(kShift46), c1 = row(kC1), c2 = row(kC2), c3 = row(kC3), c4 = row(kC4), c5 = row(kC5);
   Row<uint64_t> m63 = row<uint64_t>(63), exp_field = row<uint64_t>(0xfff0000000000000);
 };
 inline constexpr Exp2FullRows kExp2FullRows{};
 
-struct Exp2Full : Exp2Base {
+struct Exp2Full : Exp2Base<kExp2FullRows> {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
     using U = Vec<uint64_t, L>;
@@ -189,13 +193,13 @@ constexpr double kP5 = f64_bits(0x3f55f456a8adf058ull);  // 0.001339993121944457
 constexpr double kP6 = f64_bits(0x3f241d3336b2ae61ull);  // 0.0001534581200294148
 
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct Exp2FastRows {
+struct Exp2FastRows : Exp2Bound {
   Row<double> shift = row(kShift), p0 = row(kP0), p1 = row(kP1), p2 = row(kP2), p3 = row(kP3), p4 = row(kP4),
               p5 = row(kP5), p6 = row(kP6);
 };
 inline constexpr Exp2FastRows kExp2FastRows{};
 
-struct Exp2Fast : Exp2Base {
+struct Exp2Fast : Exp2Base<kExp2FastRows> {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
     const Exp2FastRows& c = rows(kExp2FastRows);
@@ -219,13 +223,13 @@ constexpr float kD1 = f32_bits(0x3f317243u);       // 0.693149745
 constexpr float kD2 = f32_bits(0x3e75fdfcu);       // 0.240226686
 
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct Exp2fFullRows {
+struct Exp2fFullRows : Exp2fBound {
   Row<float> shift17 = row(kShift17), d1 = row(kD1), d2 = row(kD2);
   Row<uint32_t> m63 = row(63u), exp_field = row(0xff800000u);
 };
 inline constexpr Exp2fFullRows kExp2fFullRows{};
 
-struct Exp2fFull : Exp2fBase {
+struct Exp2fFull : Exp2fBase<kExp2fFullRows> {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
     using U = Vec<uint32_t, L>;
@@ -255,12 +259,12 @@ constexpr float kE2 = f32_bits(0x3e786f13u);       // 0.242611215
 constexpr float kE3 = f32_bits(0x3d61fbccu);       // 0.0551717728
 
 // The vector path's constants, one 32-byte row each, read as memory operands.
-struct Exp2fFastRows {
+struct Exp2fFastRows : Exp2fBound {
   Row<float> shift = row(kShiftf), e0 = row(kE0), e1 = row(kE1), e2 = row(kE2), e3 = row(kE3);
 };
 inline constexpr Exp2fFastRows kExp2fFastRows{};
 
-struct Exp2fFast : Exp2fBase {
+struct Exp2fFast : Exp2fBase<kExp2fFastRows> {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
     const Exp2fFastRows& c = rows(kExp2fFastRows);

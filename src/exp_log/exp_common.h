@@ -100,37 +100,36 @@ RAVL_INLINE double scale_pow2(double y, int64_t m) {
 // ---- lane tests and kernel bases ---------------------------------------------------
 
 // The rows of a lane test against |x|: the mask that clears the sign bit and
-// the bound's bit pattern, read as memory operands (rows(), frame/simd.h).
+// the bound's bit pattern. A kernel's rows (rows(), frame/simd.h) derive from
+// them, so that the lane test and the vector path read one block of
+// constants through one address.
 template <class T, typename Bits<T>::U kBoundBits> struct BoundRows {
   using U = typename Bits<T>::U;
   Row<U> abs = row((U)(~(U)0 >> 1));
   Row<U> bound = row(kBoundBits);
 };
-template <class T, typename Bits<T>::U kBoundBits> inline constexpr BoundRows<T, kBoundBits> kBoundRows{};
 
-// Lanes whose |x| has a bit pattern, read as a signed integer, above
-// kBoundBits: |x| above the value of kBoundBits, infinities and NaN, in one
-// integer compare.
-template <auto kBoundBits, class V> RAVL_INLINE MaskOf<V> abs_bits_above(V x) {
+// Lanes whose |x| has a bit pattern, read as a signed integer, above that of
+// the bound in c: |x| above the bound, infinities and NaN, in one integer
+// compare.
+template <class V, class R> RAVL_INLINE MaskOf<V> abs_bits_above(V x, const R& c) {
   using I = SIntOf<V>;
-  const auto& k = rows(kBoundRows<LaneOf<V>, kBoundBits>);
-  return (as_int(x) & get<I>(k.abs)) > get<I>(k.bound);
+  return (as_int(x) & get<I>(c.abs)) > get<I>(c.bound);
 }
-// Lanes with |x| above the value of kBoundBits or NaN (an unordered compare).
-template <auto kBoundBits, class V> RAVL_INLINE MaskOf<V> abs_above_or_nan(V x) {
-  const auto& k = rows(kBoundRows<LaneOf<V>, kBoundBits>);
-  return not_le(as_float<V>(as_uint(x) & get<UIntOf<V>>(k.abs)), get<V>(k.bound));
+// Lanes with |x| above the bound in c or NaN (an unordered compare).
+template <class V, class R> RAVL_INLINE MaskOf<V> abs_above_or_nan(V x, const R& c) {
+  return not_le(as_float<V>(as_uint(x) & get<UIntOf<V>>(c.abs)), get<V>(c.bound));
 }
 
 // Kernel base of the families with no inline pass: the lanes of
-// abs_bits_above<kBoundBits> go to the scalar routine Scalar, which every
-// class of the precision shares.
-template <class T, typename Bits<T>::U kBoundBits, int (*Scalar)(const T*, T*)>
+// abs_bits_above with the bound in kRows go to the scalar routine Scalar,
+// which every class of the precision shares.
+template <class T, const auto& kRows, int (*Scalar)(const T*, T*)>
 struct AbsBoundKernel : frame::Kernel {
   using sig = T(T);
   static constexpr bool has_callout = true;
   template <int L> static RAVL_INLINE Mask<T, L> special(Vec<T, L> x, Vec<T, L>) {
-    return abs_bits_above<kBoundBits>(x);
+    return abs_bits_above(x, rows(kRows));
   }
   static RAVL_INLINE int scalar(const T* x, T* r) { return Scalar(x, r); }
 };
