@@ -375,12 +375,14 @@ template <class V, class T> RAVL_INLINE V get(const Row<T>& r) {
 // The rows c, for one chunk's computation. The first empty asm hides where
 // the rows are, so that the compiler reads them instead of folding their
 // values into broadcasts. The second may write memory as far as the compiler
-// knows: every read of this chunk stays after it and every read of the chunk
-// before stays before it, so each chunk reads its own constants (no register
-// holds one for the next chunk) and a chunk's computation does not start
-// before the loads of the one before. It also keeps the computation that
-// follows the lane test from being merged into the one before it (whose
-// result only the lane mask uses), so the arithmetic stays after the branch.
+// knows: this chunk's reads of its rows stay after it and those of the chunk
+// before stay before it (reads of tables the compiler knows to be constant
+// are not held), so each chunk reads its own constants (no register holds
+// one for the next chunk) and a chunk's computation, which starts from its
+// constants, does not start before the chunk before has read its own. It
+// also keeps the computation that follows the lane test from being merged
+// into the one before it (whose result only the lane mask uses), so the
+// arithmetic stays after the branch.
 template <class C> RAVL_INLINE const C& rows(const C& c) {
   const C* p = &c;
   __asm__("" : "+r"(p));
