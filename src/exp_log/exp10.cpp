@@ -9,10 +9,10 @@
 //   NaN -> quiet NaN, +inf -> +inf, -inf -> +0, 0 -> 1,
 //   overflow -> +inf (status 3), underflow -> denormal or +0 (status 4).
 //
-// Classes and measured max errors (tests/exp2_exp10_test.cpp against MPFR at
-// RAVL_ACCURACY_SCALE=16: 2^21 random doubles over [-330, 315] or 2^22
-// singles over [-46, 39], random bit patterns and +-64 ulps around every
-// bound; the test asserts the bounds kept in its table):
+// Classes and measured max errors (against MPFR: 2^21 random doubles over
+// [-330, 315] or 2^22 singles over [-46, 39], random bit patterns and +-64
+// ulps around every bound; tests/accuracy_test.cpp keeps and asserts the
+// bounds):
 //   exp10   plain                 full   0.508 ulp
 //   exp10   _native _half _rm     fast   2.83e7 ulp (relative 4.4e-9 = 2^-27.7)
 //   exp10f  plain                 full   0.525 ulp
@@ -20,8 +20,7 @@
 // The double routine shares the full class's arithmetic (within 0.508 ulp;
 // denormal results are rounded once to the denormal grid). The single routine
 // rounds a double value once and is correctly rounded on every flagged single
-// (the test checks all of them under RAVL_ACCURACY_SCALE=4, every seventh by
-// default).
+// (tests/accuracy_test.cpp checks every one of them).
 #include "exp_log/exp_common.h"
 #include "frame/entry.h"
 #include "tables/exp2_exp10.h"

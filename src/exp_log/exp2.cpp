@@ -12,11 +12,10 @@
 // through 1 at 0: exp2 fast returns 1.0000000005541665 at 0 and exp2f fast
 // 0.999928057, their constant terms.
 //
-// Classes and measured max errors (tests/exp2_exp10_test.cpp against MPFR at
-// RAVL_ACCURACY_SCALE=16: 2^21 random doubles over [-1080, 1030] (and over
-// [-1022, 1022] for the normal results) or 2^22 singles over [-155, 130],
-// random bit patterns and +-64 ulps around every bound; the test asserts the
-// bounds kept in its table):
+// Classes and measured max errors (against MPFR: 2^21 random doubles over
+// [-1080, 1030] (and over [-1022, 1022] for the normal results) or 2^22
+// singles over [-155, 130], random bit patterns and +-64 ulps around every
+// bound; tests/accuracy_test.cpp keeps and asserts the bounds):
 //   exp2   plain                 full   0.522 ulp (normal results); 0.750 ulp
 //                                       on denormal results, from the routine
 //   exp2   _native _half _rm     fast   1.53e7 ulp (relative 1.9e-9 = 2^-29.0)
@@ -25,8 +24,8 @@
 // The double routine is within 0.52 ulp on normal results; on denormal
 // results it rounds twice (y to 53 bits, then the scaling to the denormal
 // grid), within 0.5 + 0.25 ulp. The single routine rounds a double result
-// once and is correctly rounded on every flagged single (the test checks all
-// of them under RAVL_ACCURACY_SCALE=4, every seventh by default).
+// once and is correctly rounded on every flagged single (tests/
+// accuracy_test.cpp checks every one of them).
 #include "exp_log/exp_common.h"
 #include "frame/entry.h"
 #include "tables/exp.h"
