@@ -8,8 +8,15 @@
 // on all 2^32 inputs; double members on 2^26 inputs: random bit patterns,
 // random signs and mantissas with exponents spread over [2^-1080, 2^1030]
 // (every binade an exponential or logarithm treats differently), and the
-// neighbours of 1 and of the integers up to 1100. Prints one line per name:
-// inputs compared, mismatches, the first mismatch; exits 1 on any mismatch.
+// neighbours of 1 and of the integers up to 1100. Members whose argument is
+// four 64-bit integers (the cvti64tofp and cvtu64tofp families) get 2^26
+// integers instead: random bit patterns, random magnitudes of every bit
+// length, values whose bits below a float or double rounding position are a
+// tie, its neighbours, zero or all ones, and the neighbours of powers of two.
+// A result of fewer than 32 bytes (four floats or 32-bit integers from a
+// double4 or long4 argument) is compared in those bytes only. Prints one line
+// per name: inputs compared, mismatches, the first mismatch; exits 1 on any
+// mismatch.
 #include <dlfcn.h>
 
 #include <atomic>
@@ -24,6 +31,25 @@
 #include "ocl_ravl_l9.h"
 
 namespace {
+
+// The family table's rows (name, body, family, class, algorithm; width;
+// signature, form, argument places, result place).
+struct ExportRow {
+  const char* names[5];
+  int width;
+  const char* places[4];
+  const char* name() const { return names[0]; }
+  const char* sig() const { return places[0]; }
+  const char* ret() const { return places[3]; }
+};
+const ExportRow kExports[] = {
+#include "exports_list.inc"
+};
+const ExportRow* find_export(const std::string& full) {
+  for (const ExportRow& e : kExports)
+    if (full == e.name()) return &e;
+  return nullptr;
+}
 
 using F8 = ocl_ravl_float8;
 using D4 = ocl_ravl_double4;
@@ -81,19 +107,48 @@ double double_input(uint64_t i, std::mt19937_64& g) {
   return x;
 }
 
-void doubles(D4Fn a, D4Fn b, uint64_t lo, uint64_t hi, Result& r) {
+// The i-th 64-bit integer input (as bits) of the set described above.
+uint64_t integer_input(uint64_t i, std::mt19937_64& g) {
+  uint64_t u = g(), v = g();
+  int len = (int)(v % 65);  // bit length of the magnitude
+  uint64_t m = len == 0 ? 0 : len == 64 ? u : (u & ((1ull << len) - 1)) | (1ull << (len - 1));
+  switch (i % 4) {
+    case 0: return u;
+    case 1: break;
+    case 2: {
+      int pos = len - (v >> 8 & 1 ? 24 : 53);  // the float or double rounding position
+      if (pos >= 1) {
+        uint64_t half = 1ull << (pos - 1), low = (1ull << pos) - 1;
+        const uint64_t tails[6] = {0, half, half - 1, half + 1, 1, low};
+        m = (m & ~low) | (tails[(v >> 9) % 6] & low);
+      }
+      break;
+    }
+    case 3:
+      m = (len == 0 ? 0 : 1ull << (len - 1)) + (int64_t)(v >> 56) - 128;
+      break;
+  }
+  return v >> 7 & 1 ? 0 - m : m;
+}
+
+void doubles(D4Fn a, D4Fn b, uint64_t lo, uint64_t hi, bool ints, int out_bytes, Result& r) {
   std::mt19937_64 g(lo * 0x9e3779b97f4a7c15ull + 1);
   for (uint64_t i = lo; i < hi; i += 4) {
-    double in[4];
-    uint64_t ib[4], oa[4], ob[4];
-    for (int k = 0; k < 4; ++k) in[k] = double_input(i + k, g);
+    uint64_t ib[4], oa[4] = {}, ob[4] = {};
+    for (int k = 0; k < 4; ++k) {
+      if (ints) {
+        ib[k] = integer_input(i + k, g);
+      } else {
+        double d = double_input(i + k, g);
+        std::memcpy(&ib[k], &d, 8);
+      }
+    }
     D4 x, ya, yb;
-    std::memcpy(&x, in, sizeof x);
+    std::memcpy(&x, ib, sizeof x);
     ya = a(x);
     yb = b(x);
-    std::memcpy(ib, in, sizeof ib);
-    std::memcpy(oa, &ya, sizeof oa);
-    std::memcpy(ob, &yb, sizeof ob);
+    std::memcpy(oa, &ya, out_bytes);
+    std::memcpy(ob, &yb, out_bytes);
     for (int k = 0; k < 4; ++k)
       if (oa[k] != ob[k]) note(r, ib[k]);
   }
@@ -124,13 +179,17 @@ int main(int argc, char** argv) {
       continue;
     }
     bool single = name.find("f8") != std::string::npos;
+    const ExportRow* row = find_export(full);
+    std::string sig = row ? row->sig() : "";
+    bool ints = sig.find("(l)") != std::string::npos || sig.find("(ul)") != std::string::npos;
+    int out_bytes = row && std::string(row->ret()) == "v0:16" ? 16 : 32;
     uint64_t total = single ? (1ull << 32) : (1ull << 26);
     Result r;
     std::vector<std::thread> pool;
     for (int t = 0; t < threads; ++t) {
       uint64_t lo = total / threads * t, hi = t + 1 == threads ? total : total / threads * (t + 1);
       if (single) pool.emplace_back(floats, (F8Fn)fa, (F8Fn)fb, lo, hi, std::ref(r));
-      else pool.emplace_back(doubles, (D4Fn)fa, (D4Fn)fb, lo, hi, std::ref(r));
+      else pool.emplace_back(doubles, (D4Fn)fa, (D4Fn)fb, lo, hi, ints, out_bytes, std::ref(r));
     }
     for (auto& t : pool) t.join();
     std::printf("%-20s %12llu inputs  %llu mismatches", name.c_str(), (unsigned long long)total,
