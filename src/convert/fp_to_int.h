@@ -6,10 +6,14 @@
 // round-to-integral instruction, its rounding given by the immediate (0 to
 // nearest even, 1 down, 2 up, 3 toward zero) and never by MXCSR; the four
 // rounding members of a body differ in that immediate only. The rest is
-// branch-free mask arithmetic on r. No scalar conversion instruction is used:
+// branch-free: out-of-range and NaN lanes are clamped or replaced by the
+// hardware min and max (whose NaN rule is used: a NaN operand gives the second
+// operand), compares and blends. No scalar conversion instruction is used:
 // 32-bit results come from the packed truncating conversion (exact on integral
-// r), 64-bit results are assembled from r's bit fields, since the instruction
-// set has no packed conversion between floating and 64-bit integer lanes.
+// r); 64-bit results are built from r's two 32-bit words, each computed
+// exactly in double (int64_words), since the instruction set has no packed
+// conversion between floating and 64-bit integer lanes. Float sources of
+// 64-bit results are widened to double first.
 //
 // Results outside the range (for every rounding mode; "too large" is judged on
 // r, after rounding):
@@ -26,10 +30,12 @@
 //   u64 sat       0                       2^64 - 1    0           0
 //
 // (the unsigned nosat bodies convert |r|, so "too large" is |r| >= 2^32 or 2^64
-// there). The u32 sat NaN result follows the sign bit because that body tests
-// only the sign and the exponent word of r, with no separate NaN compare.
+// there). The u32 sat NaN result follows the sign bit because that body finds
+// "r >= 2^32" by a signed integer compare of r's bits, with no separate NaN
+// compare.
 #pragma once
 
+#include "convert/words.h"
 #include "frame/entry.h"
 
 namespace ravl {
@@ -37,185 +43,192 @@ namespace fp_to_int {
 
 // Round-to-integral immediates (inexact not suppressed).
 constexpr int kRte = 0, kRtn = 1, kRtp = 2, kRtz = 3;
+// Round down, inexact suppressed: the split of an integral value below.
+constexpr int kFloorQuiet = 9;
 
 constexpr int64_t kI64Min = (int64_t)0x8000000000000000ull;  // also the nosat out-of-range pattern
 constexpr int64_t kI64Max = 0x7FFFFFFFFFFFFFFF;
-constexpr uint64_t kMant52 = 0x000FFFFFFFFFFFFFull;          // double significand field
-constexpr uint64_t kHidden52 = 0x0010000000000000ull;        // double hidden bit
-constexpr uint32_t kMant23 = 0x007FFFFF, kHidden23 = 0x00800000;
 
-// The upper 32 bits of each double lane (sign, exponent, top of significand).
-template <int L> RAVL_INLINE Vec<int32_t, L> high_word(Vec<double, L> r) { return convert<int32_t>(as_int(r) >> 32); }
-// A 32-bit lane mask widened to the 64-bit lanes of the same index.
-template <int L> RAVL_INLINE Vec<int64_t, L> widen(Vec<int32_t, L> m) { return convert<int64_t>(m); }
+// The vector paths' constants, one 32-byte row each, read as memory operands
+// (no register holds a constant across the body).
+struct Rows {
+  // Split into 32-bit words (int64_words).
+  Row<double> two_m32 = row(0x1p-32);    // 2^-32, bits 0x3DF0000000000000
+  Row<double> two_32 = row(0x1p32);      // 2^32, bits 0x41F0000000000000
+  Row<double> two_52 = row(0x1p52);      // 2^52, bits 0x4330000000000000: unit 1, w < 2^32 lands in the low word
+  Row<double> shifter = row(0x1.8p52);   // 1.5 2^52, bits 0x4338000000000000: the same for -2^51 <= w <= 2^51
+  // 64-bit range ends.
+  Row<double> min_i64 = row(-0x1p63);    // -2^63, bits 0xC3E0000000000000
+  Row<double> two_63 = row(0x1p63);      // 2^63, bits 0x43E0000000000000
+  Row<double> two_64 = row(0x1p64);      // 2^64, bits 0x43F0000000000000
+  Row<int64_t> max_i64 = row(kI64Max);
+  Row<uint64_t> abs64 = row<uint64_t>(0x7FFFFFFFFFFFFFFFull);
+  // 32-bit targets from double.
+  Row<double> min_i32 = row(-0x1p31);            // -2^31, bits 0xC1E0000000000000
+  Row<double> max_i32 = row(0x1.fffffffcp30);    // 2^31 - 1, bits 0x41DFFFFFFFC00000
+  Row<double> two_31 = row(0x1p31);              // 2^31, bits 0x41E0000000000000
+  Row<double> max_u32 = row(0x1.fffffffep31);    // 2^32 - 1, bits 0x41EFFFFFFFE00000
+  Row<int64_t> below_2p32 = row<int64_t>(0x41EFFFFFFFE00000);  // bits of 2^32 - 1: above it, r >= 2^32
+  Row<uint32_t> sign32 = row<uint32_t>(0x80000000u);
+  // 32-bit targets from float.
+  Row<float> f_two_31 = row(0x1p31f);            // bits 0x4F000000
+  Row<int32_t> f_below_2p32 = row<int32_t>(0x4F7FFFFF);  // bits of the float below 2^32 (0x4F800000)
+  Row<uint32_t> abs32 = row<uint32_t>(0x7FFFFFFFu);
+};
+inline constexpr Rows kRows{};
 
-// ---- 64-bit magnitude of an integral value --------------------------------
+// ---- 64-bit integer from an integral double ---------------------------------
 //
-// For integral a with 0 <= a < 2^64 the integer a. Below 2^52 (2^23 for float)
-// a + 2^52 is exact (a is integral, so independent of the caller's rounding
-// mode) and has the bits of 2^52 with a in its significand field: removing the
-// bits of 2^52 leaves a. The same constant is the path's bound. From 2^52 on,
-// the significand with its hidden bit is shifted left by exponent - 52 (the
-// per-lane variable shift gives 0 for a count that is negative, read as
-// unsigned, or 64 and over). For a negative integral lane the small path is
-// taken and its result is garbage: the callers replace it.
-template <int L> RAVL_INLINE Vec<uint64_t, L> magnitude(Vec<double, L> a) {
+// For integral t with -2^63 <= t <= 2^64 - 1 (and t = 2^63 or 2^64, see
+// below): h = floor(t 2^-32) and l = t - h 2^32 are integers with
+// -2^31 <= h <= 2^32 and 0 <= l < 2^32, so t = h 2^32 + l is the integer
+// split into its upper and lower 32-bit words. Every step is exact, whatever
+// the caller's rounding mode: t 2^-32 is a power-of-two scaling (t is 0 or at
+// least 1 in magnitude, no underflow); floor is exact; l is an integer below
+// 2^32, so the fused t - h 2^32 has nothing to round. l + 2^52 has the bits
+// of 2^52 with l in its low word; h + 1.5 2^52 (|h| < 2^51) has h mod 2^32 in
+// its low word. The result takes its low word from the first and its high
+// word from the second moved up: the two's-complement bits of t modulo 2^64
+// (t = 2^63 gives 0x8000000000000000, t = 2^64 gives 0).
+template <int L> RAVL_INLINE Vec<uint64_t, L> int64_words(Vec<double, L> t, const Rows& c) {
+  using V = Vec<double, L>;
   using U = Vec<uint64_t, L>;
-  U ua = as_uint(a);
-  U s = as_uint(a + 0x1p52) ^ bits_of(0x1p52);
-  U m = (ua & kMant52) ^ kHidden52;
-  U b = shl_var(m, (ua >> 52) - U(1075));  // 1075 = bias 1023 + 52
-  return select(as_int(a) < (int64_t)bits_of(0x1p52), s, b);  // a < 2^52
-}
-// The same on 32-bit fields, the result widened to 64-bit lanes.
-template <int L> RAVL_INLINE Vec<uint64_t, L> magnitude(Vec<float, L> a) {
-  using U32 = Vec<uint32_t, L>;
-  U32 ua = as_uint(a);
-  U32 s = as_uint(a + 0x1p23f) ^ bits_of(0x1p23f);
-  U32 m = (ua & kMant23) | kHidden23;
-  U32 count = (ua >> 23) - U32(150);  // 150 = bias 127 + 23
-  Vec<uint64_t, L> b = shl_var(convert<uint64_t>(m), convert<uint64_t>(count));
-  return select(widen(a < 0x1p23f), convert<uint64_t>(s), b);
+  V h = round_imm<kFloorQuiet>(t * get<V>(c.two_m32));
+  V l = fnma(h, get<V>(c.two_32), t);
+  U lo = as_uint(l + get<V>(c.two_52));
+  U hi = as_uint(h + get<V>(c.shifter)) << 32;
+  return cvt::low_high(lo, hi);
 }
 
 // ---- i32 ----------------------------------------------------------------------
 
-// c = packed truncating conversion of r: exact, 0x80000000 for NaN and |r| >= 2^31.
-// sat: |r| >= 2^31 (exponent word test, 0x41E00000 is the word of 2^31) clamps by
-// the sign of r; NaN gives 0.
+// nosat: the packed truncating conversion of r, exact (0x80000000 for NaN and
+// |r| >= 2^31). sat, double: NaN lanes become 0 (r AND the mask of r == r),
+// then r is clamped to [-2^31, 2^31 - 1], both ends exact doubles.
 template <int imm, bool sat, int L> RAVL_INLINE Vec<int32_t, L> to_i32(Vec<double, L> x) {
-  Vec<double, L> r = round_imm<imm>(x);
-  Vec<int32_t, L> c = cvtt_i32(r);
+  using V = Vec<double, L>;
+  V r = round_imm<imm>(x);
   if constexpr (!sat) {
-    return c;
+    return cvtt_i32(r);
   } else {
-    Vec<int32_t, L> h = high_word(r);
-    Vec<int32_t, L> clamp = (h >> 31) ^ 0x7FFFFFFF;  // 0x80000000 when negative, else 0x7FFFFFFF
-    Vec<int32_t, L> v = select((h & 0x7FFFFFFF) < 0x41E00000, c, clamp);
-    return v & convert<int32_t>(r == r);
+    const Rows& c = rows(kRows);
+    V t = as_float<V>(as_uint(r) & as_uint(r == r));
+    return cvtt_i32(hw_min(hw_max(t, get<V>(c.min_i32)), get<V>(c.max_i32)));
   }
 }
-// Float source: the same on the float's own bits (0x4F000000 is 2^31).
+// Float source, sat: the conversion gives 0x80000000 for r >= 2^31, which the
+// mask of (r >= 2^31) turns into 0x7FFFFFFF; NaN lanes are then cleared.
 template <int imm, bool sat, int L> RAVL_INLINE Vec<int32_t, L> to_i32(Vec<float, L> x) {
-  Vec<float, L> r = round_imm<imm>(x);
-  Vec<int32_t, L> c = cvtt_i32(r);
+  using F = Vec<float, L>;
+  F r = round_imm<imm>(x);
+  Vec<int32_t, L> v = cvtt_i32(r);
   if constexpr (!sat) {
-    return c;
+    return v;
   } else {
-    Vec<int32_t, L> b = as_int(r);
-    Vec<int32_t, L> v = select((b & 0x7FFFFFFF) < 0x4F000000, c, (b >> 31) ^ 0x7FFFFFFF);
-    return v & (x == x);
+    const Rows& c = rows(kRows);
+    return (v ^ (r >= get<F>(c.f_two_31))) & (r == r);
   }
 }
 
 // ---- u32 ----------------------------------------------------------------------
-//
-// Two paths: for 2^31 <= r < 2^32 (exponent field 0x41E, or 0x9E for float) the
-// integer is the significand with its hidden bit, aligned to the top of 32 bits;
-// otherwise the packed conversion (0x80000000 for r >= 2^32, infinity, NaN and,
-// with the sign kept, r <= -2^31).
 
-template <int L> RAVL_INLINE Vec<uint32_t, L> u32_of(Vec<double, L> r) {
-  Vec<uint32_t, L> top = convert<uint32_t>(((as_uint(r) << 11) | 0x8000000000000000ull) >> 32);
-  Vec<uint32_t, L> h = as_uint(high_word(r));
-  return select((h >> 20) == 0x41Eu, top, as_uint(cvtt_i32(r)));
+// Double t integral in [0, 2^32): t - 2^31 is exact and in the int32 range;
+// its conversion with the top bit flipped is t.
+template <int L> RAVL_INLINE Vec<uint32_t, L> u32_in_range(Vec<double, L> t, const Rows& c) {
+  using V = Vec<double, L>;
+  return as_uint(cvtt_i32(t - get<V>(c.two_31))) ^ get<Vec<uint32_t, L>>(c.sign32);
 }
-template <int L> RAVL_INLINE Vec<uint32_t, L> u32_of(Vec<float, L> r) {
-  Vec<uint32_t, L> b = as_uint(r);
-  return select((b >> 23) == 0x9Eu, (b << 8) | 0x80000000u, as_uint(cvtt_i32(r)));
+// Float a, integral and nonnegative, or NaN. lo = conversion of a: a below
+// 2^31, else 0x80000000. hi = conversion of a - 2^31: exact for 2^31 <= a <
+// 2^32; below 2^31, a - 2^31 <= -128 rounds to a negative value in every
+// mode; from 2^32 on and for NaN it is 0x80000000, negative too. So
+// lo | max(hi, 0) is a for a < 2^32 and 0x80000000 above and for NaN.
+template <int L> RAVL_INLINE Vec<uint32_t, L> u32_of(Vec<float, L> a, const Rows& c) {
+  using F = Vec<float, L>;
+  using I = Vec<int32_t, L>;
+  I lo = cvtt_i32(a);
+  I hi = cvtt_i32(a - get<F>(c.f_two_31));
+  return as_uint(lo | select(hi > 0, hi, I(0)));
 }
 
-// nosat converts |r|. sat converts r itself, then r >= 2^32 (exponent word
-// 0x41F00000 and up: +infinity and NaNs with a clear sign bit too) gives
-// 0xFFFFFFFF and a set sign bit gives 0.
+// nosat converts |r|: |r| >= 2^32, infinity and NaN give 0x80000000 (for
+// double, |r| not below 2^32 is replaced by 2^31, which converts to it).
+// sat converts r clamped below at 0 (the hardware max takes its second
+// operand for NaN: 0); r >= 2^32 gives 0xFFFFFFFF, found by a signed integer
+// compare of r's bits, which also takes +infinity and NaNs with a clear sign
+// bit and leaves every lane with a set sign bit (these give 0).
 template <int imm, bool sat, int L> RAVL_INLINE Vec<uint32_t, L> to_u32(Vec<double, L> x) {
-  Vec<double, L> r = round_imm<imm>(x);
+  using V = Vec<double, L>;
+  const Rows& c = rows(kRows);
+  V r = round_imm<imm>(x);
   if constexpr (!sat) {
-    return u32_of(abs(r));
+    V a = as_float<V>(as_uint(r) & get<Vec<uint64_t, L>>(c.abs64));
+    return u32_in_range(select(~(a < get<V>(c.two_32)), get<V>(c.two_31), a), c);
   } else {
-    Vec<int32_t, L> h = high_word(r);
-    Vec<uint32_t, L> v = select(h >= 0x41F00000, Vec<uint32_t, L>(0xFFFFFFFFu), u32_of(r));
-    return v & ~as_uint(h >> 31);
+    Vec<int64_t, L> over = as_int(r) > get<Vec<int64_t, L>>(c.below_2p32);
+    return u32_in_range(select(over, get<V>(c.max_u32), hw_max(r, V(0.0))), c);
   }
 }
-// Float source: "r below 2^32" is an ordered compare, so every NaN first
-// becomes 0xFFFFFFFF, then its sign bit decides as for double.
 template <int imm, bool sat, int L> RAVL_INLINE Vec<uint32_t, L> to_u32(Vec<float, L> x) {
-  Vec<float, L> r = round_imm<imm>(x);
+  using F = Vec<float, L>;
+  const Rows& c = rows(kRows);
+  F r = round_imm<imm>(x);
   if constexpr (!sat) {
-    return u32_of(abs(r));
+    return u32_of(as_float<F>(as_uint(r) & get<Vec<uint32_t, L>>(c.abs32)), c);
   } else {
-    Vec<uint32_t, L> v = select(~(r < 0x1p32f), Vec<uint32_t, L>(0xFFFFFFFFu), u32_of(r));
-    return v & ~as_uint(as_int(r) >> 31);
+    Vec<int32_t, L> over = as_int(r) > get<Vec<int32_t, L>>(c.f_below_2p32);
+    return u32_of(hw_max(r, F(0.0f)), c) | as_uint(over);
   }
 }
 
 // ---- i64 ----------------------------------------------------------------------
 //
-// The magnitude of |r|, negated when r < 0 (ordered: false for NaN). Out of
-// range is |r| >= 2^63, infinity or NaN (exponent word 0x43E00000 and up,
-// float bits 0x5F000000): nosat 2^63; sat 2^63 when negative, else 2^63 - 1,
-// and NaN gives 0.
+// nosat: r clamped to [-2^63, 2^63] (the hardware min takes its second
+// operand, 2^63, for NaN); both ends give 0x8000000000000000.
+// sat: r clamped below at -2^63 (NaN: -2^63 too); r >= 2^63 gives 2^63 - 1;
+// NaN lanes are then cleared.
 template <int imm, bool sat, int L> RAVL_INLINE Vec<int64_t, L> to_i64(Vec<double, L> x) {
+  using V = Vec<double, L>;
   using I = Vec<int64_t, L>;
-  Vec<double, L> r = round_imm<imm>(x);
-  I neg = r < 0.0;
-  Vec<double, L> a = abs(r);
-  I v = (as_int(magnitude(a)) ^ neg) - neg;
-  I out = as_int(a) >= (int64_t)0x43E0000000000000;
+  const Rows& c = rows(kRows);
+  V r = round_imm<imm>(x);
   if constexpr (!sat) {
-    return select(out, I(kI64Min), v);
+    V t = hw_max(hw_min(r, get<V>(c.two_63)), get<V>(c.min_i64));
+    return as_int(int64_words(t, c));
   } else {
-    // NaN: the bits of a above those of infinity. An integer compare: the
-    // floating self-compare would keep a zero register live to the end and
-    // push the 4-lane body past the eight registers it may use freely.
-    return select(out, neg ^ kI64Max, v) & ~(as_int(a) > (int64_t)0x7FF0000000000000);
-  }
-}
-template <int imm, bool sat, int L> RAVL_INLINE Vec<int64_t, L> to_i64(Vec<float, L> x) {
-  using I = Vec<int64_t, L>;
-  Vec<float, L> r = round_imm<imm>(x);
-  I neg = widen(r < 0.0f);
-  Vec<float, L> a = abs(r);
-  I v = (as_int(magnitude(a)) ^ neg) - neg;
-  I out = widen(~(a < 0x1p63f));
-  if constexpr (!sat) {
-    return select(out, I(kI64Min), v);
-  } else {
-    return select(out, neg ^ kI64Max, v) & widen(a == a);
+    V t = hw_max(r, get<V>(c.min_i64));  // not NaN: "not below 2^63" is t >= 2^63
+    I v = select(~(t < get<V>(c.two_63)), get<I>(c.max_i64), as_int(int64_words(t, c)));
+    return v & (r == r);
   }
 }
 
 // ---- u64 ----------------------------------------------------------------------
 //
-// nosat: the magnitude of |r|; |r| >= 2^64, infinity or NaN (exponent word
-// 0x43F00000 and up, float bits 0x5F800000) gives 2^63.
-// sat: the magnitude computed on r with its sign (a set sign bit leaves the
-// shift count at 64 or more and takes the small path, both replaced below);
-// r >= 2^64 or +infinity gives 2^64 - 1; a set sign bit or NaN gives 0.
+// nosat: |r|, with |r| not below 2^64 (infinity and NaN too) replaced by 2^63,
+// which gives 0x8000000000000000.
+// sat: r clamped below at 0 (NaN: 0); r >= 2^64 or +infinity gives 2^64 - 1
+// (all bits or-ed in).
 template <int imm, bool sat, int L> RAVL_INLINE Vec<uint64_t, L> to_u64(Vec<double, L> x) {
+  using V = Vec<double, L>;
   using U = Vec<uint64_t, L>;
-  Vec<double, L> r = round_imm<imm>(x);
+  const Rows& c = rows(kRows);
+  V r = round_imm<imm>(x);
   if constexpr (!sat) {
-    Vec<double, L> a = abs(r);
-    return select(as_int(a) >= (int64_t)0x43F0000000000000, U(0x8000000000000000ull), magnitude(a));
+    V a = as_float<V>(as_uint(r) & get<U>(c.abs64));
+    return int64_words(select(~(a < get<V>(c.two_64)), get<V>(c.two_63), a), c);
   } else {
-    Vec<int64_t, L> b = as_int(r);
-    U v = select(b >= (int64_t)0x43F0000000000000, U(~0ull), magnitude(r));
-    return v & as_uint((b >= (int64_t)0) & (x == x));
+    V t = hw_max(r, V(0.0));  // not NaN: "not below 2^64" is t >= 2^64
+    return int64_words(t, c) | as_uint(~(t < get<V>(c.two_64)));
   }
 }
+
+// Float sources of 64-bit targets: widened to double (exact), which rounds to
+// the same integral value and meets the same bounds.
+template <int imm, bool sat, int L> RAVL_INLINE Vec<int64_t, L> to_i64(Vec<float, L> x) {
+  return to_i64<imm, sat>(convert<double>(x));
+}
 template <int imm, bool sat, int L> RAVL_INLINE Vec<uint64_t, L> to_u64(Vec<float, L> x) {
-  using U = Vec<uint64_t, L>;
-  Vec<float, L> r = round_imm<imm>(x);
-  if constexpr (!sat) {
-    Vec<float, L> a = abs(r);
-    return select(widen(~(a < 0x1p64f)), U(0x8000000000000000ull), magnitude(a));
-  } else {
-    Vec<int32_t, L> b = as_int(r);
-    U v = select(widen(b >= 0x5F800000), U(~0ull), magnitude(r));
-    return v & ~as_uint(widen((b < 0) | (x != x)));
-  }
+  return to_u64<imm, sat>(convert<double>(x));
 }
 
 // ---- the kernels ----------------------------------------------------------------
