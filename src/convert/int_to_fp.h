@@ -4,29 +4,39 @@
 // that the double to float narrowing (cvtfp64tofp32) uses too.
 //
 // Every result is the exact integer rounded once in the named mode:
-// correctly rounded, 0 ULP. No 64-bit hardware conversion is used and only the
-// exact 32-bit one (int32 to double); MXCSR is neither read nor written.
+// correctly rounded, 0 ULP. No 64-bit hardware conversion is used; MXCSR is
+// neither read nor written.
 //
-// Method. The integer magnitude m is cut into pieces that are exact in the
-// target format; each piece becomes a float by the shifter trick (its bits
-// or-ed into the mantissa of a power of two P, then P subtracted: exact). One
-// hardware addition adds the pieces with a single rounding, in the caller's
-// MXCSR mode. Whatever that mode, the sum t is one of the two neighbours of the
-// exact value (a faithful rounding), so:
-// - rte returns t as it is: nearest even in the library's default
-//   environment; in a caller's directed mode, the magnitude rounded in that
-//   mode (the sign is put back afterwards);
-// - rtn, rtp and rtz compare t with the exact value (back = t - hi is exact,
-//   so t was rounded up in magnitude when back > lo and down when back < lo)
-//   and step t one unit in the last place on its bit pattern when it lies on
-//   the wrong side. Stepping the bit pattern of a positive magnitude crosses
-//   binade boundaries correctly, so the directed results do not depend on the
-//   caller's rounding mode.
-// The sign is or-ed back at the end. The magnitude's sign bit is cleared
-// first: with the caller in round-down mode an exact zero difference such as
-// 2^52 - 2^52 is -0, and the integer 0 must convert to +0.
+// Semantics of the modes:
+// - rte rounds in the caller's MXCSR mode: nearest even in the library's
+//   default environment; a caller's directed mode rounds the magnitude (the
+//   sign is put back afterwards), so its result is the rounding of |x| in
+//   that mode with the sign of x;
+// - rtn, rtp and rtz never depend on the caller's mode.
+//
+// Method. A hardware addition or conversion rounds once in the caller's
+// mode: whatever that mode, its result t is one of the two neighbours of the
+// exact value (a faithful rounding). The directed members compare t with the
+// exact value, exactly, and step t one unit in the last place on its bit
+// pattern when it lies on the wrong side; the step of a bit pattern crosses
+// binade boundaries correctly. The rte members give the caller's rounding of
+// the magnitude directly. Every exact zero difference may be -0 in the
+// caller's round-down mode, so results that may be a zero built by a
+// subtraction get their sign from the integer, never from the arithmetic.
+//
+// 32-bit integers to float: the hardware conversion (vcvtdq2ps, signed) is
+// the faithful t; for rte it converts |x| (exact for |x| <= 2^24, and
+// 0x80000000 converts to -2^31, whose sign is put back anyway).
+// 64-bit integers: the integer is cut into two exact doubles P + L (its
+// upper word times 2^32 less 2^52, and 2^52 plus its lower word); their
+// hardware sum is faithful, with a difference against P that is exact. To
+// float, the double sum s is narrowed: for rte after rounding it to odd (its
+// last bit set when inexact, which keeps every float rounding of s that of
+// the exact value), for the directed modes as it is and then stepped.
+// Unsigned 32-bit integers to float: pieces of 23 and 9 bits (below).
 #pragma once
 
+#include "convert/words.h"
 #include "frame/entry.h"
 
 namespace ravl {
@@ -44,71 +54,46 @@ constexpr uint32_t kF2p23Bits = 0x4B000000u;
 // 2^46 + v * 2^23.
 constexpr float kF2p46 = 0x1p46f;
 constexpr uint32_t kF2p46Bits = 0x56800000u;
-// Float 2^69 (bits 0x62000000): mantissa unit 2^46.
-constexpr float kF2p69 = 0x1p69f;
-constexpr uint32_t kF2p69Bits = 0x62000000u;
-// Float 2^47: from here on (in a 64-bit source) the sum of the two upper
-// pieces may need more than 24 bits and the low piece only counts as a
-// sticky bit.
-constexpr float kF2p47 = 0x1p47f;
-// Float 2^22: the sticky bit that stands for a nonzero low piece (below the
-// 2^23 grid of every rounding boundary from 2^47 on).
-constexpr float kF2p22 = 0x1p22f;
 // Double 2^52 (bits 0x4330000000000000): mantissa unit 1.
 constexpr double kD2p52 = 0x1p52;
 constexpr uint64_t kD2p52Bits = 0x4330000000000000ull;
-// Double 2^104 (bits 0x4670000000000000): mantissa unit 2^52.
-constexpr double kD2p104 = 0x1p104;
-constexpr uint64_t kD2p104Bits = 0x4670000000000000ull;
 
 constexpr uint32_t kLow23 = 0x007FFFFFu;
-constexpr uint64_t kLow52 = 0x000FFFFFFFFFFFFFull;
 constexpr uint32_t kSign32 = 0x80000000u;
 constexpr uint64_t kSign64 = 0x8000000000000000ull;
 
-// ---- the directed step ----------------------------------------------------------
+// The constants of the signed 32-bit and the 64-bit conversions, one 32-byte
+// row each, read as memory operands.
+struct Rows {
+  // The upper word w of an unsigned integer, xor-ed into the low bits of
+  // 2^84 (bits 0x4530000000000000, mantissa unit 2^32): 2^84 + w 2^32. For a
+  // signed integer the word's top bit is flipped too (bits
+  // 0x4530000080000000): 2^84 + (w + 2^31) 2^32.
+  Row<uint64_t> hi_bits_u = row<uint64_t>(0x4530000000000000ull);
+  Row<uint64_t> hi_bits_s = row<uint64_t>(0x4530000080000000ull);
+  // What the upper piece loses so that it is w 2^32 - 2^52: 2^84 + 2^52 (bits
+  // 0x4530000000100000), or 2^84 + 2^63 + 2^52 (bits 0x4530000080100000).
+  Row<double> hi_off_u = row(0x1p84 + 0x1p52);
+  Row<double> hi_off_s = row(0x1p84 + 0x1p63 + 0x1p52);
+  // The upper word of 2^52: the lower piece is 2^52 + the lower word.
+  Row<uint64_t> lo_bits = row<uint64_t>(kD2p52Bits);
+  Row<uint64_t> abs64 = row<uint64_t>(~kSign64);
+  Row<uint64_t> sign64 = row<uint64_t>(kSign64);
+  Row<int32_t> sign32 = row<int32_t>((int32_t)kSign32);
+  Row<uint64_t> one64 = row<uint64_t>(1);
+};
+inline constexpr Rows kRows{};
 
-// The bit pattern `mag` of a nonnegative float or double (the magnitude of
-// the result), rounded faithfully; `up` and `down` (-1 or 0 per lane) say
-// whether it lies above or below the exact magnitude; `neg` (-1 or 0) whether
-// the final result is negative. Returns the magnitude in mode rm: one unit
-// toward zero when the mode rounds this sign's magnitudes down and mag was
-// rounded up, one unit away from zero when the mode rounds them up and mag was
-// rounded down.
-template <Rm rm, bool is_signed, class I>
-RAVL_INLINE I directed(I mag, I up, I down, I neg) {
-  if constexpr (rm == Rm::rte) {
-    return mag;
-  } else if constexpr (rm == Rm::rtz) {
-    return mag + up;
-  } else if constexpr (!is_signed) {
-    // A nonnegative result: rtn rounds its magnitude down, rtp up.
-    return rm == Rm::rtn ? mag + up : mag - down;
-  } else if constexpr (rm == Rm::rtn) {
-    return mag + (up & ~neg) - (down & neg);
-  } else {
-    return mag + (up & neg) - (down & ~neg);
-  }
-}
+// ---- the directed step (unsigned 32-bit to float) ------------------------------
 
-// ---- lane helpers -----------------------------------------------------------------
-
-template <class T, int L, int... I>
-RAVL_INLINE Vec<T, L> odd_lanes_impl(Vec<T, 2 * L> v, Ints<I...>) {
-  return __builtin_shufflevector(v, v, (2 * I + 1)...);
-}
-// Lanes 1, 3, 5, ... of v: the upper 32-bit halves of 64-bit lanes.
-template <class T, int L2>
-RAVL_INLINE Vec<T, L2 / 2> odd_lanes(Vec<T, L2> v) {
-  return odd_lanes_impl<T, L2 / 2>(v, typename MakeInts<L2 / 2>::type{});
-}
-
-// Magnitude of a two's-complement lane and its sign mask (-1 when negative).
-// The most negative value keeps its bits, which read unsigned are its
-// magnitude 2^31 or 2^63.
-template <class S, int L>
-RAVL_INLINE Vec<typename Bits<S>::U, L> magnitude(Vec<S, L> x, Vec<S, L> neg) {
-  return bitcast<Vec<typename Bits<S>::U, L>>((x ^ neg) - neg);
+// The bit pattern `mag` of a nonnegative float (the magnitude of the result),
+// rounded faithfully; `up` and `down` (-1 or 0 per lane) say whether it lies
+// above or below the exact magnitude. Returns the magnitude in mode rm (the
+// result is nonnegative: rtn and rtz round it down, rtp up).
+template <Rm rm, class I> RAVL_INLINE I directed_unsigned(I mag, I up, I down) {
+  if constexpr (rm == Rm::rte) return mag;
+  else if constexpr (rm == Rm::rtp) return mag - down;
+  else return mag + up;
 }
 
 // ---- exact conversions to double --------------------------------------------------
@@ -122,13 +107,47 @@ template <int L> RAVL_INLINE Vec<double, L> to_double(Vec<uint32_t, L> x) {
   return abs(d);  // +0 for 0 in every caller mode
 }
 
-// ---- 32-bit magnitude to float -------------------------------------------------------
+// ---- 32-bit integers to float -----------------------------------------------------------
+
+// vpsignd: v, -v or 0 by the sign of s. An intrinsic here because the
+// directed step of a signed result needs exactly this per-lane negation.
+RAVL_INLINE Vec<int32_t, 4> sign_of(Vec<int32_t, 4> v, Vec<int32_t, 4> s) {
+  return (Vec<int32_t, 4>)_mm_sign_epi32((__m128i)v, (__m128i)s);
+}
+RAVL_INLINE Vec<int32_t, 8> sign_of(Vec<int32_t, 8> v, Vec<int32_t, 8> s) {
+  return (Vec<int32_t, 8>)_mm256_sign_epi32((__m256i)v, (__m256i)s);
+}
+RAVL_INLINE Vec<int32_t, 2> sign_of(Vec<int32_t, 2> v, Vec<int32_t, 2> s) {
+  return slice<0, 2>(sign_of(join(v, v), join(s, s)));
+}
+
+template <Rm rm, int L> RAVL_INLINE Vec<float, L> to_float(Vec<int32_t, L> x) {
+  using F = Vec<float, L>;
+  using I = Vec<int32_t, L>;
+  if constexpr (rm == Rm::rte) {
+    // |x| rounded in the caller's mode, the sign of x or-ed back (0x80000000
+    // has no positive magnitude: it converts to -2^31 and keeps its sign).
+    const Rows& c = rows(kRows);
+    return as_float<F>(as_int(convert<float>(sign_of(x, x))) | (x & get<I>(c.sign32)));
+  } else {
+    // t faithful; back = its conversion back, exact (t is integral; t = 2^31
+    // gives 0x80000000, which is 2^31 modulo 2^32). d = x - back is then
+    // exactly x - t, |d| < 2^8, so its sign says where t lies.
+    F t = convert<float>(x);
+    I tb = as_int(t);
+    I d = x - cvtt_i32(t);
+    if constexpr (rm == Rm::rtn) return as_float<F>(tb + sign_of(d >> 31, x));         // t > x: down
+    else if constexpr (rm == Rm::rtp) return as_float<F>(tb - sign_of((-d) >> 31, x));  // t < x: up
+    else return as_float<F>(tb + (sign_of(d, x) >> 31));  // |t| > |x|: d and x of opposite signs
+  }
+}
+
+// ---- unsigned 32-bit integers to float ---------------------------------------------------
 
 // m < 2^32 as lo = m mod 2^23 and hi = m - lo = (m >> 23) * 2^23, both exact
 // floats; t = lo + hi rounds once. back = t - hi is exact (t and hi are
 // multiples of ulp(t) and differ by less than 2^24 ulp(t)).
-template <Rm rm, bool is_signed, int L>
-RAVL_INLINE Vec<uint32_t, L> mag32_to_float_bits(Vec<uint32_t, L> m, Vec<int32_t, L> neg) {
+template <Rm rm, int L> RAVL_INLINE Vec<float, L> to_float(Vec<uint32_t, L> m) {
   using F = Vec<float, L>;
   using U = Vec<uint32_t, L>;
   F lo = as_float<F>((m & kLow23) | kF2p23Bits) - kF2p23;
@@ -137,102 +156,148 @@ RAVL_INLINE Vec<uint32_t, L> mag32_to_float_bits(Vec<uint32_t, L> m, Vec<int32_t
   U mag = as_uint(t);
   if constexpr (rm != Rm::rte) {
     F back = t - hi;
-    mag = bitcast<U>(directed<rm, is_signed>(bitcast<Vec<int32_t, L>>(mag), back > lo, back < lo, neg));
+    mag = bitcast<U>(directed_unsigned<rm>(bitcast<Vec<int32_t, L>>(mag), back > lo, back < lo));
   }
-  return mag & ~kSign32;
+  return as_float<F>(mag & ~kSign32);
 }
 
-template <Rm rm, int L> RAVL_INLINE Vec<float, L> to_float(Vec<uint32_t, L> x) {
-  return as_float<Vec<float, L>>(mag32_to_float_bits<rm, false>(x, Vec<int32_t, L>(0)));
-}
-template <Rm rm, int L> RAVL_INLINE Vec<float, L> to_float(Vec<int32_t, L> x) {
-  Vec<int32_t, L> neg = x >> 31;
-  Vec<uint32_t, L> mag = mag32_to_float_bits<rm, true>(magnitude(x, neg), neg);
-  return as_float<Vec<float, L>>(mag | (bitcast<Vec<uint32_t, L>>(x) & kSign32));
-}
+// ---- 64-bit integers: two exact double pieces --------------------------------------------
 
-// ---- 64-bit magnitude to double -------------------------------------------------------
-
-// lo = m mod 2^52 and hi = (m >> 52) * 2^52, both exact; t = lo + hi rounds
-// once; back = t - hi is exact (as for 32 bits, with 53-bit doubles).
-template <Rm rm, bool is_signed, int L>
-RAVL_INLINE Vec<uint64_t, L> mag64_to_double_bits(Vec<uint64_t, L> m, Vec<int64_t, L> neg) {
+// x = w 2^32 + v with v = x mod 2^32 and w the upper word (signed for a
+// signed x). P = w 2^32 - 2^52 and L = 2^52 + v are exact doubles (P has at
+// most 33 significant bits, L at most 53) and P + L = x. P is 2^84 + (w or
+// w + 2^31) 2^32, the word xor-ed into the mantissa of 2^84, less the offset;
+// L is x's lower word under the upper word of 2^52.
+template <bool is_signed, int L> struct Pieces64 {
+  Vec<double, L> p, l;
+};
+template <bool is_signed, int L>
+RAVL_INLINE Pieces64<is_signed, L> pieces64(Vec<uint64_t, L> x, const Rows& c) {
   using D = Vec<double, L>;
   using U = Vec<uint64_t, L>;
-  D lo = as_float<D>((m & kLow52) | kD2p52Bits) - kD2p52;
-  D hi = as_float<D>((m >> 52) | kD2p104Bits) - kD2p104;
-  D t = lo + hi;
-  U mag = as_uint(t);
-  if constexpr (rm != Rm::rte) {
-    D back = t - hi;
-    mag = bitcast<U>(directed<rm, is_signed>(bitcast<Vec<int64_t, L>>(mag), back > lo, back < lo, neg));
-  }
-  return mag & ~kSign64;
+  D h = as_float<D>((x >> 32) ^ get<U>(is_signed ? c.hi_bits_s : c.hi_bits_u));
+  D p = h - get<D>(is_signed ? c.hi_off_s : c.hi_off_u);
+  D l = as_float<D>(low_high(x, get<U>(c.lo_bits)));
+  return {p, l};
 }
+
+// Which side of the exact value P + L a double or float result r (widened)
+// lies on: r - P is exact (r is within a float unit of P + L, and r - P is a
+// multiple of min(ulp(r), 2^32) below 2^54 in magnitude, so 53 bits hold
+// it); it is compared with L.
+
+// ---- 64-bit integers to double ----------------------------------------------------------
 
 template <Rm rm, int L> RAVL_INLINE Vec<double, L> to_double(Vec<uint64_t, L> x) {
-  return as_float<Vec<double, L>>(mag64_to_double_bits<rm, false>(x, Vec<int64_t, L>(0)));
+  using D = Vec<double, L>;
+  using U = Vec<uint64_t, L>;
+  const Rows& c = rows(kRows);
+  Pieces64<false, L> q = pieces64<false>(x, c);
+  D t = q.p + q.l;
+  U mag = as_uint(t) & get<U>(c.abs64);  // +0 for 0 in every caller mode
+  if constexpr (rm != Rm::rte) {
+    D back = t - q.p;
+    mag = rm == Rm::rtp ? mag - as_uint(back < q.l) : mag + as_uint(back > q.l);
+  }
+  return as_float<D>(mag);
 }
 template <Rm rm, int L> RAVL_INLINE Vec<double, L> to_double(Vec<int64_t, L> x) {
-  Vec<int64_t, L> neg = x < 0;
-  Vec<uint64_t, L> mag = mag64_to_double_bits<rm, true>(magnitude(x, neg), neg);
-  return as_float<Vec<double, L>>(mag | (bitcast<Vec<uint64_t, L>>(x) & kSign64));
-}
-
-// ---- 64-bit magnitude to float ------------------------------------------------------------
-
-// The float arithmetic runs in the upper 32-bit half of each 64-bit lane (the
-// odd float lanes of the same register), so the pieces need no packing and
-// the source's sign bit is already the float sign bit there; the even lanes
-// compute harmless values that are dropped at the end.
-//
-// Pieces, all exact floats: C = m mod 2^23, B = bits 23-45 of m times 2^23,
-// A = bits 46-63 times 2^46 (18 bits).
-// - s = A + B rounded; err = B - (s - A) is its exact error: s - A and err are
-//   multiples of 2^23 below 2^47 in magnitude, so both are exact floats.
-// - Below 2^47, A + B has at most 24 bits: s = A + B, err = 0, and s + C is
-//   the exact value.
-// - From 2^47 on, A + B is a multiple of 2^23 and so is every rounding
-//   boundary (floats there have ulp >= 2^24, midpoints lie on the 2^23 grid);
-//   C < 2^23 only decides whether the exact value lies strictly inside the
-//   grid interval above A + B. C is replaced by the sticky value 2^22 when
-//   nonzero: z = err + 2^22 is exact (err < 2^40 on the 2^23 grid) and s + z
-//   lies in the same open interval as the exact value, so the final rounding
-//   of s + z is that of the exact value, and so is its comparison with any
-//   float.
-// - r = s + z is the single rounding. back = r - s is exact (Sterbenz, or
-//   s = 0), and back versus z says how r lies to the exact value.
-template <Rm rm, bool is_signed, int L>
-RAVL_INLINE Vec<uint32_t, 2 * L> mag64_to_float_bits(Vec<uint64_t, L> m, Vec<int32_t, 2 * L> neg) {
-  using F = Vec<float, 2 * L>;
-  using U = Vec<uint32_t, 2 * L>;
-  using I = Vec<int32_t, 2 * L>;
-  constexpr uint64_t kHigh23 = (uint64_t)kLow23 << 32;
-  F c = as_float<F>(bitcast<U>((m << 41) >> 9) | kF2p23Bits) - kF2p23;
-  F b = as_float<F>(bitcast<U>((m << 9) & kHigh23) | kF2p46Bits) - kF2p46;
-  F a = as_float<F>(bitcast<U>((m >> 46) << 32) | kF2p69Bits) - kF2p69;
-  F s = a + b;
-  F err = b - (s - a);
-  F sticky = as_float<F>(bitcast<U>(c != 0.0f) & bits_of(kF2p22));
-  F z = err + select(s >= kF2p47, sticky, c);
-  F r = s + z;
-  U mag = as_uint(r);
-  if constexpr (rm != Rm::rte) {
-    F back = r - s;
-    mag = bitcast<U>(directed<rm, is_signed>(bitcast<I>(mag), back > z, back < z, neg));
+  using D = Vec<double, L>;
+  using I = Vec<int64_t, L>;
+  using U = Vec<uint64_t, L>;
+  I neg = x < 0;
+  if constexpr (rm == Rm::rte) {
+    // |x| rounded in the caller's mode (the most negative value keeps its
+    // bits, which read unsigned are 2^63), the sign of x or-ed back.
+    const Rows& c = rows(kRows);
+    Pieces64<false, L> q = pieces64<false>(bitcast<U>((x ^ neg) - neg), c);
+    U mag = as_uint(q.p + q.l) & get<U>(c.abs64);
+    return as_float<D>(mag | (bitcast<U>(x) & get<U>(c.sign64)));
+  } else {
+    const Rows& c = rows(kRows);
+    Pieces64<true, L> q = pieces64<true>(bitcast<U>(x), c);
+    D t = q.p + q.l;
+    D back = t - q.p;
+    I above = back > q.l, below = back < q.l;
+    // t is -0 only for x = 0 in the caller's round-down mode: a nonnegative
+    // x takes |t|.
+    I tb = select(neg, as_int(t), as_int(t) & get<I>(c.abs64));
+    // rtn: a t above x goes one unit down, bits - 1 when positive, + 1 when
+    // negative; rtp: a t below goes up; rtz: bits - 1 when |t| > |x|.
+    if constexpr (rm == Rm::rtn) return as_float<D>(tb + ((above ^ neg) - neg));
+    else if constexpr (rm == Rm::rtp) return as_float<D>(tb - ((below ^ neg) - neg));
+    else return as_float<D>(tb + select(neg, below, above));
   }
-  return mag & ~kSign32;
 }
 
+// ---- 64-bit integers to float -----------------------------------------------------------
+
+// The float lanes of a 4- or 2-lane double vector: vcvtpd2ps, which rounds in
+// the caller's mode. An all-ones mask narrows to an all-ones mask (a quiet NaN
+// keeps its sign and its upper payload bits) and zero to zero.
+template <int L> RAVL_INLINE Vec<float, L> narrow(Vec<double, L> d) { return convert<float>(d); }
+
+// Unsigned: s = P + L faithful, |s| (s is -0 only for 0 in round-down mode).
+// rte: s rounded to odd: d = s - P is exact; d > L means s lies above the
+// exact value, so the truncation of the exact value is s one unit lower; the
+// truncated bits with their last bit set when s was inexact (d != L) are the
+// value rounded to odd, and narrowing that rounds in every mode as the exact
+// value would (53 bits carry the 24 of a float and two more).
+// Directed: f = the narrowing of s, faithful for the exact value (every float
+// is a double, so s lies in the same closed float interval as the exact
+// value); f widened, less P, compared with L, says where f lies.
 template <Rm rm, int L> RAVL_INLINE Vec<float, L> to_float(Vec<uint64_t, L> x) {
-  Vec<uint32_t, 2 * L> mag = mag64_to_float_bits<rm, false>(x, Vec<int32_t, 2 * L>(0));
-  return odd_lanes(as_float<Vec<float, 2 * L>>(mag));
+  using D = Vec<double, L>;
+  using F = Vec<float, L>;
+  using U = Vec<uint64_t, L>;
+  const Rows& c = rows(kRows);
+  Pieces64<false, L> q = pieces64<false>(x, c);
+  D s = q.p + q.l;
+  U a = as_uint(s) & get<U>(c.abs64);
+  if constexpr (rm == Rm::rte) {
+    D d = s - q.p;
+    U odd = (a + as_uint(d > q.l)) | (as_uint(d != q.l) & get<U>(c.one64));
+    return narrow(as_float<D>(odd));
+  } else {
+    F f = narrow(as_float<D>(a));
+    D back = convert<double>(f) - q.p;
+    if constexpr (rm == Rm::rtp) return as_float<F>(as_int(f) - as_int(narrow(as_float<D>(back < q.l))));
+    else return as_float<F>(as_int(f) + as_int(narrow(as_float<D>(back > q.l))));
+  }
 }
+// Signed: rte converts |x| as above and puts the sign back (narrowed from
+// x's sign bit as a double, +-0). Directed: s = P + L faithful with signed
+// pieces (a nonnegative x takes |s|), f its narrowing, the side found as for
+// unsigned, then the step as for 32-bit integers, by the sign of f (that of
+// x; f = +0 only for x = 0, which needs no step).
 template <Rm rm, int L> RAVL_INLINE Vec<float, L> to_float(Vec<int64_t, L> x) {
-  Vec<int64_t, L> neg = x < 0;
-  Vec<uint32_t, 2 * L> mag = mag64_to_float_bits<rm, true>(magnitude(x, neg), bitcast<Vec<int32_t, 2 * L>>(neg));
-  mag |= bitcast<Vec<uint32_t, 2 * L>>(bitcast<Vec<uint64_t, L>>(x) & kSign64);
-  return odd_lanes(as_float<Vec<float, 2 * L>>(mag));
+  using D = Vec<double, L>;
+  using F = Vec<float, L>;
+  using I = Vec<int64_t, L>;
+  using U = Vec<uint64_t, L>;
+  using I32 = Vec<int32_t, L>;
+  I neg = x < 0;
+  if constexpr (rm == Rm::rte) {
+    F mag = to_float<rm>(bitcast<U>((x ^ neg) - neg));
+    const Rows& c = rows(kRows);
+    F sign = narrow(as_float<D>(bitcast<U>(x) & get<U>(c.sign64)));
+    return as_float<F>(as_int(mag) | as_int(sign));
+  } else {
+    const Rows& c = rows(kRows);
+    Pieces64<true, L> q = pieces64<true>(bitcast<U>(x), c);
+    D s = q.p + q.l;
+    F f = narrow(select(neg, s, as_float<D>(as_uint(s) & get<U>(c.abs64))));
+    D back = convert<double>(f) - q.p;
+    I32 fb = as_int(f);
+    if constexpr (rm == Rm::rtn) {
+      return as_float<F>(fb + sign_of(as_int(narrow(as_float<D>(back > q.l))), fb));
+    } else if constexpr (rm == Rm::rtp) {
+      return as_float<F>(fb - sign_of(as_int(narrow(as_float<D>(back < q.l))), fb));
+    } else {
+      I big = select(neg, back < q.l, back > q.l);  // |f| > |x|
+      return as_float<F>(fb + as_int(narrow(as_float<D>(big))));
+    }
+  }
 }
 
 // ---- the kernel ----------------------------------------------------------------------------
