@@ -7,8 +7,9 @@
 // a directed caller mode rounds the magnitude).
 // To double every value is exact (vcvtdq2pd), so the four double families
 // are one body (their width-3 members are separate copies of it). To float,
-// magnitudes from 2^24 on round: pieces of 23 and 9 bits, one rounding
-// addition, then the directed step.
+// magnitudes from 2^24 on round: rte converts |x| in hardware and puts the
+// sign back; the directed members convert x, convert back (exact) and step
+// the result one unit when it lies on the wrong side.
 // The method and its proof are in convert/int_to_fp.h.
 #include "convert/int_to_fp.h"
 

@@ -5,9 +5,11 @@
 // Correctly rounded (0 ULP) in every mode; rtn, rtp and rtz do not depend on
 // the caller's MXCSR rounding mode; rte rounds in it (nearest even by default;
 // a directed caller mode rounds the magnitude).
-// To double: pieces of 52 and 12 bits of the magnitude; to float: pieces of
-// 23, 23 and 18 bits with an error-free sum and a sticky bit, so that one
-// final addition rounds (no double rounding); then the directed step.
+// Two exact double pieces (the upper word times 2^32 less 2^52, and 2^52
+// plus the lower word) added once, faithfully; to double the sum is the
+// result, to float it is narrowed (rte: the sum rounded to odd first, so
+// there is no double rounding); the directed members then step the result
+// one unit when it lies on the wrong side of the exact value.
 // The method and its proof are in convert/int_to_fp.h.
 #include "convert/int_to_fp.h"
 
