@@ -81,6 +81,9 @@ struct Rows {
   Row<uint64_t> sign64 = row<uint64_t>(kSign64);
   Row<int32_t> sign32 = row<int32_t>((int32_t)kSign32);
   Row<uint64_t> one64 = row<uint64_t>(1);
+  // The low 29 mantissa bits of a double, which a float lacks, and the rest.
+  Row<uint64_t> below_float = row<uint64_t>(0x1FFFFFFFull);
+  Row<uint64_t> float_bits = row<uint64_t>(~0x1FFFFFFFull);
 };
 inline constexpr Rows kRows{};
 
@@ -233,70 +236,68 @@ template <Rm rm, int L> RAVL_INLINE Vec<double, L> to_double(Vec<int64_t, L> x) 
 // ---- 64-bit integers to float -----------------------------------------------------------
 
 // The float lanes of a 4- or 2-lane double vector: vcvtpd2ps, which rounds in
-// the caller's mode. An all-ones mask narrows to an all-ones mask (a quiet NaN
-// keeps its sign and its upper payload bits) and zero to zero.
+// the caller's mode (exactly when the double has at most 24 significant
+// bits and is in the float range, as every integer below 2^64 is).
 template <int L> RAVL_INLINE Vec<float, L> narrow(Vec<double, L> d) { return convert<float>(d); }
 
-// Unsigned: s = P + L faithful, |s| (s is -0 only for 0 in round-down mode).
-// rte: s rounded to odd: d = s - P is exact; d > L means s lies above the
-// exact value, so the truncation of the exact value is s one unit lower; the
-// truncated bits with their last bit set when s was inexact (d != L) are the
-// value rounded to odd, and narrowing that rounds in every mode as the exact
-// value would (53 bits carry the 24 of a float and two more).
-// Directed: f = the narrowing of s, faithful for the exact value (every float
-// is a double, so s lies in the same closed float interval as the exact
-// value); f widened, less P, compared with L, says where f lies.
+// s = P + L faithful (a nonnegative source takes |s|: s is -0 only for 0 in
+// round-down mode); d = s - P is exact, so d > L says that s lies above the
+// exact value x and d < L below.
+//
+// rte, on the magnitude: s rounded to odd. Above x, the truncation of x to
+// 53 bits is s one unit lower; the truncated bits with their last bit set
+// when s was inexact (d != L) are x rounded to odd, and narrowing that rounds
+// in every mode as x would (53 bits carry the 24 of a float and two more).
+//
+// Directed: the bits of the float result are those of a double with its
+// low 29 mantissa bits cleared, which narrows exactly. s is first moved one
+// unit toward x when it lies on the side the mode rounds away from (above x
+// for a rounding down, below for up): no float lies strictly between s and x,
+// so the moved s and x have the same rounding to float in that mode. Then,
+// on the bits of a sign and magnitude: clearing the low 29 bits truncates the
+// magnitude; adding 2^29 - 1 first rounds it up. Moving one unit down is
+// bits - 1 on a positive s and + 1 on a negative one; up the reverse.
 template <Rm rm, int L> RAVL_INLINE Vec<float, L> to_float(Vec<uint64_t, L> x) {
   using D = Vec<double, L>;
-  using F = Vec<float, L>;
   using U = Vec<uint64_t, L>;
   const Rows& c = rows(kRows);
   Pieces64<false, L> q = pieces64<false>(x, c);
   D s = q.p + q.l;
+  D d = s - q.p;
   U a = as_uint(s) & get<U>(c.abs64);
   if constexpr (rm == Rm::rte) {
-    D d = s - q.p;
-    U odd = (a + as_uint(d > q.l)) | (as_uint(d != q.l) & get<U>(c.one64));
-    return narrow(as_float<D>(odd));
-  } else {
-    F f = narrow(as_float<D>(a));
-    D back = convert<double>(f) - q.p;
-    if constexpr (rm == Rm::rtp) return as_float<F>(as_int(f) - as_int(narrow(as_float<D>(back < q.l))));
-    else return as_float<F>(as_int(f) + as_int(narrow(as_float<D>(back > q.l))));
+    return narrow(as_float<D>((a + as_uint(d > q.l)) | (as_uint(d != q.l) & get<U>(c.one64))));
+  } else if constexpr (rm == Rm::rtp) {
+    return narrow(as_float<D>((a - as_uint(d < q.l) + get<U>(c.below_float)) & get<U>(c.float_bits)));
+  } else {  // rtn, rtz: down
+    return narrow(as_float<D>((a + as_uint(d > q.l)) & get<U>(c.float_bits)));
   }
 }
 // Signed: rte converts |x| as above and puts the sign back (narrowed from
-// x's sign bit as a double, +-0). Directed: s = P + L faithful with signed
-// pieces (a nonnegative x takes |s|), f its narrowing, the side found as for
-// unsigned, then the step as for 32-bit integers, by the sign of f (that of
-// x; f = +0 only for x = 0, which needs no step).
+// x's sign bit as a double, +-0). Directed: signed pieces, and the move and
+// the rounding up of the magnitude chosen by the sign: rtn moves s above x
+// down and rounds a negative magnitude up; rtp moves s below x up and rounds
+// a positive magnitude up; rtz moves s of too large a magnitude toward zero.
 template <Rm rm, int L> RAVL_INLINE Vec<float, L> to_float(Vec<int64_t, L> x) {
   using D = Vec<double, L>;
-  using F = Vec<float, L>;
   using I = Vec<int64_t, L>;
   using U = Vec<uint64_t, L>;
-  using I32 = Vec<int32_t, L>;
   I neg = x < 0;
+  const Rows& c = rows(kRows);
   if constexpr (rm == Rm::rte) {
-    F mag = to_float<rm>(bitcast<U>((x ^ neg) - neg));
-    const Rows& c = rows(kRows);
-    F sign = narrow(as_float<D>(bitcast<U>(x) & get<U>(c.sign64)));
-    return as_float<F>(as_int(mag) | as_int(sign));
+    Vec<float, L> mag = to_float<rm>(bitcast<U>((x ^ neg) - neg));
+    Vec<float, L> sign = narrow(as_float<D>(bitcast<U>(x) & get<U>(c.sign64)));
+    return as_float<Vec<float, L>>(as_int(mag) | as_int(sign));
   } else {
-    const Rows& c = rows(kRows);
     Pieces64<true, L> q = pieces64<true>(bitcast<U>(x), c);
     D s = q.p + q.l;
-    F f = narrow(select(neg, s, as_float<D>(as_uint(s) & get<U>(c.abs64))));
-    D back = convert<double>(f) - q.p;
-    I32 fb = as_int(f);
-    if constexpr (rm == Rm::rtn) {
-      return as_float<F>(fb + sign_of(as_int(narrow(as_float<D>(back > q.l))), fb));
-    } else if constexpr (rm == Rm::rtp) {
-      return as_float<F>(fb - sign_of(as_int(narrow(as_float<D>(back < q.l))), fb));
-    } else {
-      I big = select(neg, back < q.l, back > q.l);  // |f| > |x|
-      return as_float<F>(fb + as_int(narrow(as_float<D>(big))));
-    }
+    D d = s - q.p;
+    I sb = select(neg, as_int(s), as_int(s) & get<I>(c.abs64));
+    I add;
+    if constexpr (rm == Rm::rtn) add = select(neg, get<I>(c.below_float) - (d > q.l), d > q.l);
+    else if constexpr (rm == Rm::rtp) add = select(neg, d < q.l, get<I>(c.below_float) - (d < q.l));
+    else add = select(neg, d < q.l, d > q.l);
+    return narrow(as_float<D>((sb + add) & get<I>(c.float_bits)));
   }
 }
 
