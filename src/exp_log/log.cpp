@@ -18,6 +18,7 @@
 //                                      relative 2.3e-10 = 2^-32.0)
 // The lanes computed by the scalar routine (denormal x): 0.9999 ulp (worst
 // x = 0x0.385a3d67e182ap-1022; two roundings, see log_scalar).
+#include "exp_log/logd_core.h"
 #include "frame/entry.h"
 #include "tables/log.h"
 
@@ -252,17 +253,33 @@ struct LogFull : LogBase {
 // processors).
 constexpr double kLn2 = f64_bits(0x3fe62e42fefa39efull);  // 0.69314718055994529
 
+// The vector path's constants, one 32-byte row each, read as memory operands:
+// the lane test's and the reduction's (exp_log/logd_core.h: the same m', R, r
+// and E as reduce() above), bits(724.0) for the choice of k, and the
+// polynomial's.
+struct LogFastRows : logd::FlagRows, logd::ReduceRows {
+  Row<double> bias = row(logd::kBias1022);
+  Row<uint64_t> r724 = row(bits_of(kRSplit));
+  Row<double> ln2 = row(kLn2), c2 = row(kC2), c3 = row(kC3);
+};
+inline constexpr LogFastRows kLogFastRows{};
+
 struct LogFast : LogBase {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
-    using I = Vec<int64_t, L>;
-    Reduced<L> d = reduce(x);
-    V T = gather(reinterpret_cast<const double*>(log_tables::kLogFast), bitcast<I>(d.off >> 43));
-    // E - 1022, less one more where R > 724.
-    V Ek = d.E - V(1022.0) - select(d.R > V(kRSplit), V(1.0), V(0.0));
+    const LogFastRows& c = rows(kLogFastRows);
+    // d.e = E - k: E - 1022, less one more where R > 724 (bits(R) > bits(724)).
+    logd::Parts<L> d = logd::reduce<true>(x, c);
+    // T(R), row R - 512, read at bits(R) >> 43 from the table's start less 0x81000 rows.
+    V T = logd::row8(log_tables::kLogFast, d);
     V r = d.r;
-    V p = fma(r * r, fma(r, V(kC3), V(kC2)), r);
-    return fma(Ek, V(kLn2), T + p);
+    V p = fma(r * r, fma(r, get<V>(c.c3), get<V>(c.c2)), r);
+    return fma(d.e, get<V>(c.ln2), T + p);
+  }
+  // The same lanes as LogBase's test (every x that is not a positive normal
+  // number), by one integer add and compare (logd::flag).
+  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
+    return logd::flag(x, rows(kLogFastRows));
   }
 };
 
