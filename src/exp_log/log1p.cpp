@@ -15,159 +15,166 @@
 // [2^-60, 1] / [2^-30, 1], random bit patterns, and +-64 ulps around -1, the
 // ends of the reduction ranges, the vector bound and tiny x of both signs; the
 // test asserts the bounds kept in its table):
-//   log1p   plain       full   0.500 ulp
-//   log1p   _native     fast   2.19 ulp
+//   log1p   plain       full   0.5003 ulp (worst x = 0x1.dd61e7277d8dp-12)
+//   log1p   _native     fast   2.645 ulp (worst x = 0x1.0001c614543ap-11)
 //   log1pf  plain       full   0.5005 ulp (computed in double, rounded once)
 //   log1pf  _native     fast   3.14 ulp
+// (the double rows also over 1.6e8 random inputs: the ranges above, x near 0 of
+// both signs, near 2^k - 1, near -1, up to 2^1000 and tiny x).
 // The lanes computed by the scalar routines are within the full bounds.
+#include "exp_log/logd_core.h"
 #include "frame/entry.h"
 #include "tables/log.h"
-#include "tables/log1p.h"
 
 namespace ravl {
 namespace log1p_detail {
 
-// ---- bounds and shared constants ----------------------------------------------
+// ---- reduction shared by the double classes ---------------------------------------
+//
+// u = RN(1 + x) and c = (1 + x) - u by Fast2Sum. The full class orders the
+// operands by magnitude, so c is exact for every x. The fast class takes
+// Fast2Sum(1, x): z = u - 1, c = x - z, exact for |x| <= 1 (the usual order)
+// and for 1 <= x < 2^53 (u < 2^53 is then a multiple of its ulp <= 1, so z =
+// u - 1 is exact, and c is the representable rounding error of the sum);
+// above 2^53 c is off by at most ulp(u), so |c/u| < 2^-52, while ln(1 + x) > 36.7
+// has an ulp of 2^-47 or more (the full class would lose 2^-6 ulp there).
+// With E the biased exponent of u, m' = u 2^(1013 - E) in [2^-10, 2^-9) (u's
+// fraction under the exponent of 2^-10), R = the nearest integer to the single
+// reciprocal estimate of m' (512..1024) and r = R m' - 1, exact in one fms
+// (|r| <= 0.5 m' + 1.5 * 2^-12 <= 1.35e-3, on the grid 2^-62): exp_log/logd_core.h.
+// Then
+//   1 + x = 2^(E - 1013) (1 + r + d) / R,   d = c R 2^(1013 - E),
+//   ln(1 + x) = (E - 1013) ln 2 - ln R + ln(1 + r + d).
+// R 2^(1013 - E) = (1 + r)/u, so |d| = |c| (1 + r)/u <= 2^-53 (1 + r) (|c| <= ulp(u)/2).
 
-// x above 2^1000 (0x7e70000000000000) leaves the double vector paths: below
-// it 1 + x < 2^1013 and the scale 2^(1013 - E) below is a normal double.
+// x above 2^1000 (0x7e70000000000000) leaves the vector paths: below it 1 + x
+// < 2^1013 and the scale 2^(1013 - E) is a normal double.
 constexpr double kBig = f64_bits(0x7e70000000000000ull);
-constexpr float kMaxf = f32_bits(0x7f7fffffu);  // FLT_MAX
 
-// ln 2 split for the full class: hi = RN(ln 2) on the grid 2^-36
-// (0x3fe62e42fefa0000), lo = RN(ln 2 - hi) (0x3d7cf79abc9e3b3a), the same
-// split as row R = 512 of the full table, so that e = -1, R = 512 cancels exactly.
-constexpr double kLn2Hi = f64_bits(0x3fe62e42fefa0000ull);
-constexpr double kLn2Lo = f64_bits(0x3d7cf79abc9e3b3aull);
-static_assert(bits_of(kLn2Hi) == log1p_tables::kLog1pFull[0] && bits_of(kLn2Lo) == log1p_tables::kLog1pFull[1],
-              "ln 2 split differs from the table's row R = 512");
-// ln 2 rounded to nearest (0x3fe62e42fefa39ef), for the fast class.
-constexpr double kLn2 = f64_bits(0x3fe62e42fefa39efull);
+// The reduction's rows, 1 and the lane test's rows, then the class's own.
+struct Log1pRows : logd::ReduceRows {
+  // 1 for the sum 1 + x and for the Fast2Sum's other uses, one row per use,
+  // each read as a memory operand (a 1 held in a register would cost a
+  // saved register under the Windows convention); the lane test's rows.
+  Row<double> one_add = row(1.0), one_max = row(1.0), one_min = row(1.0);
+  Row<uint64_t> flag_add = row<uint64_t>(0x7fffffffffffffffull), flag_above = row<uint64_t>(0xfe6fffffffffffffull);
+  // 2036 in the exponent field (0x7f40000000000000): less u's exponent field E
+  // it is the pattern of 2^(1013 - E).
+  Row<uint64_t> exp_mask = row<uint64_t>(0x7ff0000000000000ull), e2036 = row<uint64_t>(2036ull << 52);
+};
 
-// 2^52 (0x4330000000000000): or-ed under a biased exponent field E it makes 2^52 + E.
-constexpr uint64_t kTwo52Bits = 0x4330000000000000ull;
-constexpr double kTwo52 = f64_bits(kTwo52Bits);
-constexpr uint64_t kFracMask = 0x000fffffffffffffull;
-constexpr uint64_t kExpMask = 0x7ff0000000000000ull;
-// Exponent field of 2^-10 (0x3f50000000000000).
-constexpr uint64_t kTwoM10Bits = 0x3f50000000000000ull;
+template <int L> struct Log1pParts {
+  logd::Parts<L> p;  // r, E - k, bits(R)
+  Vec<double, L> d;  // c R 2^(1013 - E)
+};
+
+// The reduction of u + c (c = 0, or u's rounding error); k from c.bias, kSplit
+// as in logd::reduce.
+template <bool kSplit, int L, class C>
+RAVL_INLINE Log1pParts<L> reduce1p(Vec<double, L> u, Vec<double, L> c, const C& k) {
+  using V = Vec<double, L>;
+  using U = Vec<uint64_t, L>;
+  Log1pParts<L> q;
+  q.p = logd::reduce<kSplit>(u, k);
+  V scale = as_float<V>(get<U>(k.e2036) - (as_uint(u) & get<U>(k.exp_mask)));  // 2^(1013 - E)
+  q.d = (c * as_float<V>(q.p.rbits)) * scale;
+  return q;
+}
+
+// The result y for x, with the sign of x where y is zero: min(y, x), since
+// ln(1 + x) <= x (equal only at 0) and x is a double, so min never moves y
+// away from ln(1 + x); at x = -0 the sums give y = +0, and the hardware min
+// of +0 and -0 is its second operand, -0.
+template <int L> RAVL_INLINE Vec<double, L> signed1p(Vec<double, L> y, Vec<double, L> x) { return hw_min(y, x); }
+
+// Not -1 < x <= 2^1000 (NaN included), read on u = RN(1 + x), which is in
+// (0, 2^1000] exactly for those x (rounding is monotonic, u = 0 at x = -1, and
+// u > 2^1000 for x > 2^1000): bits(u) + 0x7fffffffffffffff as a signed integer
+// maps the patterns 1..bits(2^1000) onto INT64_MIN..0xfe6fffffffffffff and
+// every other one (zeros, negative u, NaN, u above 2^1000) above it.
+template <int L> RAVL_INLINE Mask<double, L> flag1p(Vec<double, L> x, const Log1pRows& k) {
+  using V = Vec<double, L>;
+  using I = Vec<int64_t, L>;
+  return bitcast<I>(as_uint(get<V>(k.one_add) + x) + get<Vec<uint64_t, L>>(k.flag_add)) > get<I>(k.flag_above);
+}
 
 RAVL_INLINE double opaque(double v) {
   __asm__("" : "+x"(v));
   return v;
 }
 
-// ---- argument reduction shared by the double algorithms ------------------------
-//
-// u = 1 + x rounded and c = (1 + x) - u by Fast2Sum: exact in the full class,
-// which orders the operands by magnitude; the fast class's Fast2Sum(1, x) is
-// exact for |x| < 2^53, and beyond that its c stays below ulp(u), so |c/u|
-// < 2^-52 is far below the last place of ln u > 36. With E the biased exponent of u and m' = u 2^(1013 - E) in
-// [2^-10, 2^-9) (u's fraction under the exponent of 2^-10), R = nearest
-// integer to the single reciprocal estimate of m' (512..1024: the estimate's
-// relative error 1.5 * 2^-12 moves 1/m' by at most 0.375) and r = R m' - 1,
-// exact in one fms (|r| <= 0.875 * 2^-9 = 0.0017, on the grid 2^-62):
-//   1 + x = 2^(E - 1013) (1 + r + d) / R,   d = c R 2^(1013 - E),
-//   ln(1 + x) = (E - 1023) ln 2 - ln(R / 1024) + ln(1 + r + d).
-template <int L> struct Reduced {
-  Vec<double, L> R, r, d;
-  Vec<uint64_t, L> ub;  // bits of u
-};
-
-// The nearest integer to the single reciprocal estimate of m'.
-RAVL_INLINE F64x4 recip_index(F64x4 mp) {
-  return round_imm<8>(convert<double>(rcp_approx(convert<float>(mp))));
-}
-RAVL_INLINE F64x2 recip_index(F64x2 mp) {
-  Vec<float, 2> f = convert<float>(mp);
-  return round_imm<8>(convert<double>(slice<0, 2>(rcp_approx(join(f, f)))));
-}
-
-template <int L> RAVL_INLINE Reduced<L> reduce(Vec<double, L> u, Vec<double, L> c) {
-  using V = Vec<double, L>;
-  using U = Vec<uint64_t, L>;
-  Reduced<L> q;
-  q.ub = as_uint(u);
-  V mp = as_float<V>((q.ub & U(kFracMask)) | U(kTwoM10Bits));
-  q.R = recip_index(mp);
-  q.r = fms(q.R, mp, V(1.0));  // exact
-  V scale = as_float<V>(U(2036ull << 52) - (q.ub & U(kExpMask)));  // 2^(1013 - E)
-  q.d = (c * q.R) * scale;
-  return q;
-}
-// Row R - 512 of a table indexed by R (an integer 512..1024 as a double):
-// bits(R) >> 43 = 1032 * 512 + (R - 512); shifted by 42, twice the row (pairs).
-template <int L> RAVL_INLINE Vec<int64_t, L> row(Vec<double, L> R, int shift) {
-  return bitcast<Vec<int64_t, L>>((as_uint(R) >> shift) - Vec<uint64_t, L>(1032ull << (52 - shift)));
-}
-// (E - 1023 + bias) as a double, from the bits of u.
-template <int L> RAVL_INLINE Vec<double, L> unbiased(Vec<uint64_t, L> ub, Vec<double, L> bias) {
-  using V = Vec<double, L>;
-  return as_float<V>((ub >> 52) | Vec<uint64_t, L>(kTwo52Bits)) - (V(kTwo52 + 1023) - bias);
-}
-
 // ---- double, full class ---------------------------------------------------------
 //
-// ln(1 + x), plain log1p. Max error 0.500 ulp (below 0.50005 over the test's inputs).
-// With e = E - 1023 and the table's -ln(R/1024) = hi + lo (hi on the grid
-// 2^-36, like ln2_hi):
-//   H = e ln2_hi + hi     exact (a multiple of 2^-36 below 2^10)
-//   S + err = H + r       exact (Fast2Sum: H is a multiple of 2^-36, r of 2^-62)
-//   Y + err2 = S + d      exact (Fast2Sum: |d| <= 2^-53 is below |S| unless S = 0)
-//   result = Y + (err + (e ln2_lo + lo) + err2 + (r + d)^2 P(r)),
+// ln(1 + x), plain log1p. Max error [measured below].
+// The log family's full table (tables/log.h, row R - 512 at bits(R) >> 39):
+// a + b = -ln R - 1013 ln 2 (with ln 2 taken as kLn2Hi + kLn2Lo), a a
+// multiple of 2^-40, so with E the raw biased exponent of u:
+//   H = E ln2_hi + a     exact (a multiple of 2^-40 below 2^11; E ln2_hi exact,
+//                        ln2_hi has 17 trailing zero bits)
+//   S + err = H + r      exact (Fast2Sum: H = 0, or |H| > |r|: H is
+//                        -ln(R/B) + (E - k) ln 2 with B = 512, k = 1022 up to
+//                        R = 724 and B = 1024, k = 1023 above, at least
+//                        ln(1 + 1/1023.5) in magnitude unless 0, and |r| <=
+//                        (0.5 + 1.5 * 2^-12 R) / R is below it)
+//   Y + err2 = S + d     exact (Fast2Sum: |d| <= 2^-53 is below |S| unless S = 0:
+//                        S = r when H = 0, and then u = 1 + r or u = 1 - |r|
+//                        with |r| >= 2^-52 or 2^-53 and |d| <= 2^-53 or 2^-54)
+//   result = Y + ((((r + d)^2 P(r) + (E ln2_lo + b)) + err) + err2),
 // ln(1 + v) - v = v^2 P(v), P the Taylor coefficients -1/2, 1/3, ..., 1/7
-// (remainder v^8/8 < 2^-70 v on |v| <= 0.0017), taken at v = r + d with P
-// evaluated at r (the difference, below v^2 d/3, is far under the last place;
-// the d^2/2 it keeps matters when r is as small as d). Near x = 0 (u in
-// [1/2, 2)): R = 1024, e = 0 or R = 512, e = -1 make H = 0 and
-// e ln2_lo + lo = 0 exactly, so the result is r + d + (r + d)^2 P(r),
-// rounded once after the exact sums.
-constexpr double kP2 = -0.5;
-constexpr double kP3 = 1.0 / 3;
-constexpr double kP4 = -0.25;
-constexpr double kP5 = 0.2;
-constexpr double kP6 = -1.0 / 6;
-constexpr double kP7 = 1.0 / 7;
+// (remainder v^8/8 < 2^-70 v on |v| <= 1.35e-3; stopping at -1/6 would leave
+// 2^-60 v, 0.001 ulp more, measured), taken at v = r + d with
+// P evaluated at r (the difference, below v^2 d/3, is far under the last
+// place; the d^2/2 it keeps matters when r is as small as d). Near x = 0 (u in
+// [1/2, 2)): R = 1024, E = 1023 or R = 512, E = 1022 make H = 0 and
+// E ln2_lo + b = 0 exactly, so the result is r + d + (r + d)^2 P(r), rounded
+// once after the exact sums.
+// ln 2 = kLn2Hi + kLn2Lo + 3.1e-24 (0x3fe62e42fefa0000, 0x3d7cf79abc9e0000:
+// 17 trailing zero bits each, so E kLn2Hi and E kLn2Lo are exact).
+constexpr double kLn2Hi = f64_bits(0x3fe62e42fefa0000ull);
+constexpr double kLn2Lo = f64_bits(0x3d7cf79abc9e0000ull);
+
+struct Log1pFullRows : Log1pRows {
+  // 2^52 (0x4330000000000000): E itself.
+  Row<double> bias = row(f64_bits(0x4330000000000000ull)), ln2_hi = row(kLn2Hi), ln2_lo = row(kLn2Lo),
+              p2 = row(-0.5), p3 = row(1.0 / 3), p4 = row(-0.25), p5 = row(0.2), p6 = row(-1.0 / 6), p7 = row(1.0 / 7);
+};
+inline constexpr Log1pFullRows kLog1pFullRows{};
 
 struct Log1pFull : frame::Kernel {
   using sig = double(double);
   static constexpr bool has_callout = true;
 
-  // ln(u + c) with u = 1 + x, c its rounding error; ebias is added to the
-  // exponent (the scalar routine passes u scaled by 2^-ebias).
-  template <int L> static RAVL_INLINE Vec<double, L> core(Vec<double, L> u, Vec<double, L> c, double ebias) {
+  // ln(u + c) from the reduction q of u + c, whose E the scalar routine may have moved.
+  template <int L> static RAVL_INLINE Vec<double, L> core(const Log1pParts<L>& q, const Log1pFullRows& k) {
     using V = Vec<double, L>;
-    Reduced<L> q = reduce<L>(u, c);
-    V th, tl;
-    gather_pairs(reinterpret_cast<const double*>(log1p_tables::kLog1pFull), row<L>(q.R, 42), th, tl);
-    V e = unbiased<L>(q.ub, V(ebias));
-    V H = fma(e, V(kLn2Hi), th);  // exact
-    V lo = fma(e, V(kLn2Lo), tl);
-    V S = H + q.r;
-    V err = q.r - (S - H);
-    V Y = S + q.d;
-    V err2 = q.d - (Y - S);
-    V r = q.r;
-    V poly = fma(r, fma(r, fma(r, fma(r, fma(r, V(kP7), V(kP6)), V(kP5)), V(kP4)), V(kP3)), V(kP2));
-    V rho = r + q.d;
-    V tail = fma(rho * rho, poly, (err + lo) + err2);
-    return Y + tail;
+    V a, b;
+    logd::row16(log_tables::kLogFull, q.p, a, b);
+    V e = q.p.e, r = q.p.r, d = q.d;
+    V H = fma(e, get<V>(k.ln2_hi), a);  // exact
+    V lo = fma(e, get<V>(k.ln2_lo), b);
+    V S = H + r;
+    V err = r - (S - H);
+    V Y = S + d;
+    V err2 = d - (Y - S);
+    V P = fma(r, fma(r, fma(r, fma(r, fma(r, get<V>(k.p7), get<V>(k.p6)), get<V>(k.p5)), get<V>(k.p4)), get<V>(k.p3)),
+              get<V>(k.p2));
+    V rho = r + d;
+    V tail = fma(rho * rho, P, lo);  // needs no S: off the sums' chain
+    return Y + ((tail + err) + err2);
   }
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
+    const Log1pFullRows& k = rows(kLog1pFullRows);
     // Fast2Sum with the operands ordered by magnitude: c is exact for every x
-    // (the reduction's Fast2Sum(1, x) is exact only below 2^53).
-    V a = hw_max(x, V(1.0)), b = hw_min(x, V(1.0));
-    V u = a + b;
-    V c = b - (u - a);
-    V y = core<L>(u, c, 0.0);
-    // ln(1 + x) has the sign of x: keeps -0 (the sums above give +0 there).
-    return as_float<V>(as_uint(y) | sign_bit(x));
+    // (u = RN(1 + x) = RN(big + small) is taken as 1 + x, which does not wait
+    // for the max).
+    V big = hw_max(x, get<V>(k.one_max)), small = hw_min(x, get<V>(k.one_min));
+    V u = get<V>(k.one_add) + x;
+    V c = small - (u - big);
+    return signed1p(core(reduce1p<false>(u, c, k), k), x);
   }
-  // Not -1 < x <= 2^1000 (NaN included).
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
-    using V = Vec<double, L>;
-    return ~((x > V(-1.0)) & (x <= V(kBig)));
+    return flag1p(x, rows(kLog1pFullRows));
   }
   // The double special-lane routine, shared by both double classes.
   static RAVL_INLINE int scalar(const double* xp, double* rp) {
@@ -185,8 +192,15 @@ struct Log1pFull : frame::Kernel {
       return kStatusDomain;
     }
     if (x > kBig) {
+      if (x == __builtin_inf()) {
+        *rp = x;
+        return kStatusOk;
+      }
       // ln(1 + x) = ln x + 1/x with 1/x < 2^-1000: ln(x 2^-512) + 512 ln 2.
-      *rp = x == __builtin_inf() ? x : core<2>(F64x2(x * 0x1p-512), F64x2(0.0), 512.0)[0];
+      const Log1pFullRows& k = rows(kLog1pFullRows);
+      Log1pParts<2> q = reduce1p<false>(F64x2(x * 0x1p-512), F64x2(0.0), k);
+      q.p.e += F64x2(512.0);
+      *rp = core(q, k)[0];
       return kStatusOk;
     }
     double y = vec<2>(F64x2(x))[0];
@@ -199,28 +213,47 @@ struct Log1pFull : frame::Kernel {
 // ---- double, fast class (_native) -------------------------------------------------
 //
 // ln(1 + x) with one double per table row and a degree-5 polynomial. Max
-// error 2.19 ulp (worst x = 0x1.0001d9cac5a68p-11). Same reduction; the table holds T(R) = -ln(R/512) for
-// R <= 724 and -ln(R/1024) above, with e' = E - 1022 or E - 1023 to match, so
-// u just below 1 (R = 512, E = 1022) and just above (R = 1024, E = 1023) both
-// have e' = 0 and T = 0:
+// error 2.19 ulp (worst x = 0x1.0001d9cac5a68p-11). Same reduction (Fast2Sum(1, x)
+// for u and c); the log family's fast table (tables/log.h) holds T(R) =
+// -ln(R/512) for R <= 724 and -ln(R/1024) above, with e' = E - 1022 or E - 1023
+// to match, so u just below 1 (R = 512, E = 1022) and just above (R = 1024,
+// E = 1023) both have e' = 0 and T = 0:
 //   result = fma(e', ln2, T) + (r + (d + r^2 (-1/2 + r/3 - r^2/4 + r^3/5))).
 // The rounding of T and of the first sum, and the remainder r^6/6, make the error.
-template <int L> RAVL_INLINE Vec<double, L> log1p_fast(Vec<double, L> x) {
-  using V = Vec<double, L>;
-  V u = V(1.0) + x;
-  V c = x - (u - V(1.0));
-  Reduced<L> q = reduce<L>(u, c);
-  V t = gather(reinterpret_cast<const double*>(log_tables::kLogFast), row<L>(q.R, 43));
-  V e = unbiased<L>(q.ub, select(q.R <= V(724.0), V(1.0), V(0.0)));
-  V r = q.r;
-  V p = fma(r * r, fma(r, fma(r, fma(r, V(kP5), V(kP4)), V(kP3)), V(kP2)), q.d);
-  V y = fma(e, V(kLn2), t) + (r + p);
-  return as_float<V>(as_uint(y) | sign_bit(x));
-}
+// ln 2 rounded to nearest (0x3fe62e42fefa39ef).
+constexpr double kLn2 = f64_bits(0x3fe62e42fefa39efull);
+
+struct Log1pFastRows : Log1pRows {
+  // 2^52 + 1022 and bits(724.0) for e' (logd::reduce<true>).
+  Row<double> bias = row(logd::kBias1022);
+  Row<uint64_t> r724 = row(bits_of(724.0));
+  Row<double> ln2 = row(kLn2), p2 = row(-0.5), p3 = row(1.0 / 3), p4 = row(-0.25), p5 = row(0.2);
+};
+inline constexpr Log1pFastRows kLog1pFastRows{};
 
 struct Log1pFast : Log1pFull {
-  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) { return log1p_fast<L>(x); }
+  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
+    using V = Vec<double, L>;
+    const Log1pFastRows& k = rows(kLog1pFastRows);
+    V u = get<V>(k.one_add) + x;
+    V c = x - (u - get<V>(k.one_max));
+    Log1pParts<L> q = reduce1p<true>(u, c, k);
+    V t = logd::row8(log_tables::kLogFast, q.p);
+    V r = q.p.r;
+    V p = fma(r * r, fma(r, fma(r, fma(r, get<V>(k.p5), get<V>(k.p4)), get<V>(k.p3)), get<V>(k.p2)), q.d);
+    return signed1p(fma(q.p.e, get<V>(k.ln2), t) + (r + p), x);
+  }
+  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
+    return flag1p(x, rows(kLog1pFastRows));
+  }
 };
+
+// ---- constants of the single classes ------------------------------------------
+
+constexpr float kMaxf = f32_bits(0x7f7fffffu);  // FLT_MAX
+// 2^52 (0x4330000000000000): or-ed under a biased exponent field E it makes 2^52 + E.
+constexpr uint64_t kTwo52Bits = 0x4330000000000000ull;
+constexpr double kTwo52 = f64_bits(kTwo52Bits);
 
 // ---- single, full class (plain) --------------------------------------------------
 //
