@@ -30,82 +30,126 @@
 namespace ravl {
 namespace int_div {
 
-// The two of the first Newton-Raphson step.
-constexpr double kTwo = 2.0;
-// 2 + 2^-42 = 2.0000000000002274 (bits 0x4000000000000200): the two of the
-// second step, biased so that q exceeds the true quotient by a relative 2^-42.
-constexpr double kTwoBiased = f64_bits(0x4000000000000200);
-// 1.5 * 2^52 = 6755399441055744.0 (bits 0x4338000000000000): with a 32-bit
-// unsigned u in the low word of its bits it is the double 1.5 * 2^52 + u, and
-// adding it to an integral double in [0, 2^32) puts that integer in the low word.
-constexpr double kShifter = f64_bits(0x4338000000000000);
-// The low 32-bit half of a 64-bit lane.
+// The constants, one 32-byte row each, read as memory operands (rows(),
+// frame/simd.h) where they are used, so that no register holds one across the
+// computation.
+struct QuotientRows {
+  // The two of the first Newton-Raphson step.
+  Row<double> two = row(2.0);
+  // 2 + 2^-42 = 2.0000000000002274 (bits 0x4000000000000200): the two of the
+  // second step, biased so that q exceeds the true quotient by a relative 2^-42.
+  Row<double> two_biased = row(f64_bits(0x4000000000000200));
+  // 1.5 * 2^52 = 6755399441055744.0 (bits 0x4338000000000000): with a 32-bit
+  // unsigned u in the low word of its bits it is the double 1.5 * 2^52 + u,
+  // and adding it to an integral double in [0, 2^32) puts that integer in the
+  // low word.
+  Row<double> shifter = row(f64_bits(0x4338000000000000));
+};
+inline constexpr QuotientRows kQuotientRows{};
+
+// The low 32-bit half of a 64-bit lane (a blend with zero, no constant read).
 constexpr uint64_t kLow32 = 0x00000000FFFFFFFF;
 
-// q = (x / y) * (1 + h) from the reciprocal approximation r0 of y (see above).
-RAVL_INLINE F64x4 quotient_estimate(F64x4 xd, F64x4 yd, F64x4 r0) {
-  F64x4 r1 = r0 * fnma(yd, r0, F64x4(kTwo));
-  F64x4 c = fnma(yd, r1, F64x4(kTwoBiased));
-  return (r1 * xd) * c;
+// Values the compiler takes as changed here, after `done` is computed: what
+// is derived from them is computed after `done` and not before, so that few
+// values are live at a time (the common paths stay within ymm0-5).
+template <class D, class A> RAVL_INLINE void after(const D& done, A& a) { __asm__("" : "+x"(a) : "x"(done)); }
+template <class D, class A, class B> RAVL_INLINE void after(const D& done, A& a, B& b) {
+  __asm__("" : "+x"(a), "+x"(b) : "x"(done));
 }
 
-// Four signed lanes; r0f is the float reciprocal approximation of y.
-RAVL_INLINE I32x4 signed_group(I32x4 x, I32x4 y, F32x4 r0f) {
-  F64x4 q = quotient_estimate(convert<double>(x), convert<double>(y), convert<double>(r0f));
+// The two Newton-Raphson steps from the reciprocal approximation r0 of y (see
+// above): r1 and the factor c of the second step.
+struct Reciprocal {
+  F64x4 r1, c;
+};
+RAVL_INLINE Reciprocal reciprocal(F64x4 yd, F64x4 r0) {
+  const QuotientRows& k = rows(kQuotientRows);
+  F64x4 r1 = r0 * fnma(yd, r0, get<F64x4>(k.two));
+  return {r1, fnma(yd, r1, get<F64x4>(k.two_biased))};
+}
+// q = (x / y) * (1 + h) (see above). x is converted by `to_double` only after
+// the reciprocal is complete.
+template <class X, class ToDouble>
+RAVL_INLINE F64x4 quotient_estimate(X x, F64x4 yd, F64x4 r0, ToDouble to_double) {
+  Reciprocal r = reciprocal(yd, r0);
+  after(r.c, x);
+  return (r.r1 * to_double(x)) * r.c;
+}
+
+// Four signed lanes, from lane Off of x and y; r0f is the float reciprocal
+// approximation of y. x is read only once the reciprocal is complete.
+template <int Off, int L> RAVL_INLINE I32x4 signed_group(Vec<int32_t, L> x, Vec<int32_t, L> y, Vec<float, L> r0f) {
+  F64x4 q = quotient_estimate(x, convert<double>(slice<Off, 4>(y)), convert<double>(slice<Off, 4>(r0f)),
+                              [](Vec<int32_t, L> v) { return convert<double>(slice<Off, 4>(v)); });
   return cvtt_i32(q);
 }
 
-// The unsigned 32-bit integers held in the low halves of 64-bit lanes (upper
-// halves zero), as doubles: exact, by the shifter.
-RAVL_INLINE F64x4 u32_to_double(U64x4 w) {
-  return as_float<F64x4>(w | U64x4(bits_of(kShifter))) - kShifter;
+// Doubles from 64-bit lanes whose low word holds an unsigned 32-bit integer
+// and whose high word holds the shifter's (1.5 * 2^52 + u): exact.
+RAVL_INLINE F64x4 shifted_to_double(U64x4 w) {
+  return as_float<F64x4>(w) - get<F64x4>(rows(kQuotientRows).shifter);
+}
+// The even 32-bit lanes of v under the shifter's high word (one blend with
+// the row as its memory operand), and the odd ones (a shift and an or).
+RAVL_INLINE U64x4 even_shifted(U32x8 v) {
+  U32x8 s = bitcast<U32x8>(get<U64x4>(rows(kQuotientRows).shifter));
+  return bitcast<U64x4>(__builtin_shufflevector(v, s, 0, 9, 2, 11, 4, 13, 6, 15));
+}
+RAVL_INLINE U64x4 odd_shifted(U32x8 v) {
+  return (bitcast<U64x4>(v) >> 32) | get<U64x4>(rows(kQuotientRows).shifter);
 }
 
-// Four unsigned lanes held in the low halves of 64-bit lanes; the quotients
-// come back in the low halves (the upper halves hold the shifter's bits, or
-// the NaN's for y = 0).
-RAVL_INLINE U64x4 unsigned_group(U64x4 xw, U64x4 yw) {
-  F64x4 xd = u32_to_double(xw), yd = u32_to_double(yw);
+// Four unsigned lanes: those that `shifted` puts in the low words of 64-bit
+// lanes under the shifter's high word. The quotients come back in the low
+// words (the high words hold the shifter's bits, or the NaN's for y = 0).
+template <class V, class Shifted> RAVL_INLINE U64x4 unsigned_group(V x, V y, Shifted shifted) {
+  F64x4 yd = shifted_to_double(shifted(y));
   F64x4 r0 = convert<double>(rcp_approx(convert<float>(yd)));
-  F64x4 q = quotient_estimate(xd, yd, r0);
+  F64x4 q = quotient_estimate(x, yd, r0, [&](V v) { return shifted_to_double(shifted(v)); });
   // q is at most 2^32 (1 + h): truncated it is an integer below 2^32.
-  return as_uint(round_imm<3>(q) + kShifter);
+  return as_uint(round_imm<3>(q) + get<F64x4>(rows(kQuotientRows).shifter));
 }
 
 // x / y truncated toward zero, signed lanes; 0x80000000 for y = 0 and for
-// INT_MIN / -1. L = 4 (one group of four doubles) or 8 (two groups).
+// INT_MIN / -1. L = 4 (one group of four doubles) or 8 (two groups: the
+// upper four lanes, then the lower four). x and y come back unchanged (see
+// after()); the callers' later uses read them from there.
 template <int L>
-RAVL_INLINE Vec<int32_t, L> signed_quotient(Vec<int32_t, L> x, Vec<int32_t, L> y) {
+RAVL_INLINE Vec<int32_t, L> signed_quotient(Vec<int32_t, L>& x, Vec<int32_t, L>& y) {
   static_assert(L == 4 || L == 8, "one 128-bit or 256-bit register of 32-bit lanes");
   Vec<float, L> r0f = rcp_approx(convert<float>(y));
   if constexpr (L == 4) {
-    return signed_group(x, y, r0f);
+    return signed_group<0>(x, y, r0f);
   } else {
-    return join(signed_group(slice<0, 4>(x), slice<0, 4>(y), slice<0, 4>(r0f)),
-                signed_group(slice<4, 4>(x), slice<4, 4>(y), slice<4, 4>(r0f)));
+    I32x4 hi = signed_group<4>(x, y, r0f);
+    after(hi, x, y);
+    return join(signed_group<0>(x, y, r0f), hi);
   }
 }
 
 // x / y truncated toward zero, unsigned lanes; 0 for y = 0. The lanes go as
 // the even and odd 32-bit halves of 64-bit lanes: a 256-bit register makes two
-// groups of four doubles, a 128-bit one a single group (evens, then odds).
+// groups of four doubles (the odd lanes, then the even ones), a 128-bit one a
+// single group (evens, then odds). x and y come back unchanged (see after()).
 template <int L>
-RAVL_INLINE Vec<uint32_t, L> unsigned_quotient(Vec<uint32_t, L> x, Vec<uint32_t, L> y) {
+RAVL_INLINE Vec<uint32_t, L> unsigned_quotient(Vec<uint32_t, L>& x, Vec<uint32_t, L>& y) {
   static_assert(L == 4 || L == 8, "one 128-bit or 256-bit register of 32-bit lanes");
-  using W = Vec<uint64_t, L / 2>;
-  W xw = bitcast<W>(x), yw = bitcast<W>(y);
-  W xe = xw & kLow32, ye = yw & kLow32;
-  W xo = xw >> 32, yo = yw >> 32;
-  W qe, qo;
   if constexpr (L == 4) {
-    U64x4 q = unsigned_group(join(xe, xo), join(ye, yo));
-    qe = slice<0, 2>(q);
-    qo = slice<2, 2>(q);
+    auto spread = [](U32x4 v) {  // evens, then odds
+      using W = Vec<uint64_t, 2>;
+      W w = bitcast<W>(v);
+      return join(w & kLow32, w >> 32) | get<U64x4>(rows(kQuotientRows).shifter);
+    };
+    U64x4 q = unsigned_group(spread(x), spread(y), [](U64x4 w) { return w; });
+    return bitcast<Vec<uint32_t, L>>((slice<0, 2>(q) & kLow32) | (slice<2, 2>(q) << 32));
   } else {
-    qe = unsigned_group(xe, ye);
-    qo = unsigned_group(xo, yo);
+    U64x4 qo = unsigned_group(x, y, odd_shifted);
+    after(qo, x, y);
+    U64x4 qe = unsigned_group(x, y, even_shifted);
+    return bitcast<U32x8>(__builtin_shufflevector(bitcast<U32x8>(qe), bitcast<U32x8>(qo << 32), 0, 9, 2, 11, 4, 13, 6,
+                                                  15));
   }
-  return bitcast<Vec<uint32_t, L>>((qe & kLow32) | (qo << 32));
 }
 
 // x - q * y with a wrapping 32-bit multiply and subtraction: the remainder
