@@ -147,41 +147,94 @@ template <class T, RemMode mode> RAVL_INLINE int rem_scalar(T x, T y, T* r, int3
 
 // ---- vector path -----------------------------------------------------------------
 
+// The vector path's constants, one 32-byte row each, read as memory operands
+// (rows(), frame/simd.h) where they are used.
+template <class T> struct RemRows {
+  using U = typename Bits<T>::U;
+  Row<U> abs = row((U)(~(U)0 >> 1));                          // clears the sign bit
+  Row<T> two_p = row((T)(uint64_t(1) << Ieee<T>::mant_bits));  // 2^p: integers below it sit in the mantissa
+  Row<U> low7 = row((U)127);
+  Row<U> low1 = row((U)1);
+  Row<U> sign = row((U)~(~(U)0 >> 1));
+  Row<T> zero = row((T)0);
+};
+template <class T> inline constexpr RemRows<T> kRemRows{};
+
 template <class T, int L> struct RemVec {
   Vec<T, L> r;              // the result
   Vec<int32_t, L> quo;      // remquo's quotient bits with sign
 };
 
+// |x|, |y| and t = |x|/|y| + |y|*0: the lane test and the vector path compute
+// them alike (no constant read from a row between), so that the compiler
+// computes them once for both. t is |x|/|y| exactly but for y infinite
+// (inf*0 = NaN), so one compare of t with 2^p flags every lane the vector
+// path cannot settle.
+template <class V> struct RemStart {
+  V ax, ay, t;
+};
+template <class V> RAVL_INLINE RemStart<V> rem_start(V x, V y) {
+  const V ax = abs(x), ay = abs(y);
+  return {ax, ay, fma(ay, V(0), ax / ay)};
+}
+
+// All ones in the lanes of u whose sign bit is set, zero in the others, by
+// arithmetic shifts of 32-bit lanes (a 64-bit lane takes its high word's),
+// without a zero register.
+template <class U> RAVL_INLINE SIntOf<U> sign_fill(U u) {
+  if constexpr (sizeof(LaneOf<U>) == 4) {
+    return as_int(u) >> 31;
+  } else {
+    using W = Vec<int32_t, 2 * lanes_of<U>>;
+    W w = bitcast<W>(u) >> 31;
+    if constexpr (lanes_of<U> == 2) return bitcast<SIntOf<U>>(__builtin_shufflevector(w, w, 1, 1, 3, 3));
+    else return bitcast<SIntOf<U>>(__builtin_shufflevector(w, w, 1, 1, 3, 3, 5, 5, 7, 7));
+  }
+}
+
+// The lanes the vector path settles are those rem_special leaves: x finite,
+// y finite and nonzero, ax/ay < 2^p. In them:
+// - v + (over ? ay : +0) is v + ay or v itself (v + 0 is v but for the sign of
+//   a zero, which abs clears as before);
+// - m + 2^p = (q + 2^p) - over: q + 2^p is exact, and over (all ones, -1) is
+//   added to its bit pattern as an integer, which gives (q - 1) + 2^p since
+//   over implies q >= 1 (ax - q*ay < 0 needs q > ax/ay >= 0);
+// - the quotient bits with the sign of x/y are (q7 ^ s) - s, s all ones when
+//   x and y differ in sign (-q7) and zero when not (q7).
 template <class T, RemMode mode, int L> RAVL_INLINE RemVec<T, L> rem_vec(Vec<T, L> x, Vec<T, L> y) {
   using V = Vec<T, L>;
   using S = SIntOf<V>;
   using U = UIntOf<V>;
-  using I = Ieee<T>;
-  const V two_p = V((T)(uint64_t(1) << I::mant_bits));  // 2^p: integers below it sit in the mantissa
-  const V ax = abs(x), ay = abs(y);
-  const V q = round_imm<3 | 8>(ax / ay);                   // m or m + 1 (see above)
+  const RemStart<V> a = rem_start(x, y);
+  const V ax = a.ax, ay = a.ay;
+  const V q = round_imm<3 | 8>(a.t);                       // m or m + 1 (see above)
+  const RemRows<T>& c = rows(kRemRows<T>);
   V v = fnma(q, ay, ax);                                   // ax - q*ay, exact
-  const S over = v < V(0);
-  v = abs(select(over, v + ay, v));                        // ax mod ay; abs clears a -0 of directed rounding
-  U nb = as_uint((q - select(over, V(1), V(0))) + two_p);  // m in the low bits
+  const S over = v < get<V>(c.zero);
+  U nb = as_uint(q + get<V>(c.two_p)) + as_uint(over);     // m in the low bits
+  v = as_float<V>(as_uint(v + as_float<V>(over & as_int(ay))) & get<U>(c.abs));  // ax mod ay
   if constexpr (mode == RemMode::fmod) {
-    return {as_float<V>(as_uint(v) | sign_bit(x)), Vec<int32_t, L>(0)};
+    return {as_float<V>(as_uint(v) | (as_uint(x) & get<U>(rows(kRemRows<T>).sign))), Vec<int32_t, L>(0)};
   } else {
     const V h = ay - v;  // see half_rest
-    const S up = (v > h) | ((v == h) & (as_int(nb & U(1)) != S(0)));
+    // v > h, or v == h and m odd: v and h are not negative, so their bit
+    // patterns as integers order as they do, and the test is one integer
+    // compare of bits(v) + (m & 1) with bits(h).
+    const S up = as_int(v) + as_int(nb & get<U>(c.low1)) > as_int(h);
     v = select(up, v - ay, v);
     nb = nb - as_uint(up);
-    S q7 = as_int(nb & U(127));
-    q7 = select(as_int(sign_bit(x) ^ sign_bit(y)) != S(0), -q7, q7);
-    return {as_float<V>(as_uint(v) ^ sign_bit(x)), convert<int32_t>(q7)};
+    const RemRows<T>& c2 = rows(kRemRows<T>);  // read after the above: x's sign is not held
+    const S s = sign_fill(as_uint(x) ^ as_uint(y));
+    const S q7 = (as_int(nb & get<U>(c2.low7)) ^ s) - s;
+    return {as_float<V>(as_uint(v) ^ (as_uint(x) & get<U>(c2.sign))), convert<int32_t>(q7)};
   }
 }
 
-// Lanes the vector path cannot settle: |x|/|y| >= 2^p or NaN, y infinite or NaN.
+// Lanes the vector path cannot settle: |x|/|y| >= 2^p or NaN, y infinite or NaN
+// (then t is NaN).
 template <class T, int L> RAVL_INLINE Mask<T, L> rem_special(Vec<T, L> x, Vec<T, L> y) {
   using V = Vec<T, L>;
-  const V two_p = V((T)(uint64_t(1) << Ieee<T>::mant_bits));
-  return ~(abs(x) / abs(y) < two_p) | inf_or_nan(y);
+  return ~(rem_start(x, y).t < get<V>(rows(kRemRows<T>).two_p));
 }
 
 // The kernels: one result (fmod, remainder) or the quotient bits through the
