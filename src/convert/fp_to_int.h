@@ -35,7 +35,6 @@
 // compare.
 #pragma once
 
-#include "convert/words.h"
 #include "frame/entry.h"
 
 namespace ravl {
@@ -43,8 +42,6 @@ namespace fp_to_int {
 
 // Round-to-integral immediates (inexact not suppressed).
 constexpr int kRte = 0, kRtn = 1, kRtp = 2, kRtz = 3;
-// Round down, inexact suppressed: the split of an integral value below.
-constexpr int kFloorQuiet = 9;
 
 constexpr int64_t kI64Min = (int64_t)0x8000000000000000ull;  // also the nosat out-of-range pattern
 constexpr int64_t kI64Max = 0x7FFFFFFFFFFFFFFF;
@@ -53,20 +50,21 @@ constexpr int64_t kI64Max = 0x7FFFFFFFFFFFFFFF;
 // (no register holds a constant across the body).
 struct Rows {
   // Split into 32-bit words (int64_words).
-  Row<double> two_m32 = row(0x1p-32);    // 2^-32, bits 0x3DF0000000000000
-  Row<double> two_32 = row(0x1p32);      // 2^32, bits 0x41F0000000000000
-  Row<double> two_52 = row(0x1p52);      // 2^52, bits 0x4330000000000000: unit 1, w < 2^32 lands in the low word
-  Row<double> shifter = row(0x1.8p52);   // 1.5 2^52, bits 0x4338000000000000: the same for -2^51 <= w <= 2^51
+  Row<double> shift84 = row(0x1.8p84);                // 1.5 2^84, bits 0x4538000000000000: mantissa unit 2^32
+  Row<double> shift84_52 = row(0x1.8p84 + 0x1.8p52);  // 1.5 2^84 + 1.5 2^52, bits 0x4538000000180000
+  Row<uint64_t> shift52_bits = row<uint64_t>(0x4338000000000000ull);  // bits of 1.5 2^52: mantissa unit 1
   // 64-bit range ends.
   Row<double> min_i64 = row(-0x1p63);    // -2^63, bits 0xC3E0000000000000
   Row<double> two_63 = row(0x1p63);      // 2^63, bits 0x43E0000000000000
   Row<double> two_64 = row(0x1p64);      // 2^64, bits 0x43F0000000000000
   Row<int64_t> max_i64 = row(kI64Max);
+  Row<int64_t> min_i64_bits = row(kI64Min);
   Row<uint64_t> abs64 = row<uint64_t>(0x7FFFFFFFFFFFFFFFull);
   // 32-bit targets from double.
   Row<double> min_i32 = row(-0x1p31);            // -2^31, bits 0xC1E0000000000000
   Row<double> max_i32 = row(0x1.fffffffcp30);    // 2^31 - 1, bits 0x41DFFFFFFFC00000
   Row<double> two_31 = row(0x1p31);              // 2^31, bits 0x41E0000000000000
+  Row<double> two_32 = row(0x1p32);              // 2^32, bits 0x41F0000000000000
   Row<double> max_u32 = row(0x1.fffffffep31);    // 2^32 - 1, bits 0x41EFFFFFFFE00000
   Row<int64_t> below_2p32 = row<int64_t>(0x41EFFFFFFFE00000);  // bits of 2^32 - 1: above it, r >= 2^32
   Row<uint32_t> sign32 = row<uint32_t>(0x80000000u);
@@ -79,25 +77,23 @@ inline constexpr Rows kRows{};
 
 // ---- 64-bit integer from an integral double ---------------------------------
 //
-// For integral t with -2^63 <= t <= 2^64 - 1 (and t = 2^63 or 2^64, see
-// below): h = floor(t 2^-32) and l = t - h 2^32 are integers with
-// -2^31 <= h <= 2^32 and 0 <= l < 2^32, so t = h 2^32 + l is the integer
-// split into its upper and lower 32-bit words. Every step is exact, whatever
-// the caller's rounding mode: t 2^-32 is a power-of-two scaling (t is 0 or at
-// least 1 in magnitude, no underflow); floor is exact; l is an integer below
-// 2^32, so the fused t - h 2^32 has nothing to round. l + 2^52 has the bits
-// of 2^52 with l in its low word; h + 1.5 2^52 (|h| < 2^51) has h mod 2^32 in
-// its low word. The result takes its low word from the first and its high
-// word from the second moved up: the two's-complement bits of t modulo 2^64
-// (t = 2^63 gives 0x8000000000000000, t = 2^64 gives 0).
+// For integral t with |t| <= 2^64: s = t + 1.5 2^84 rounds t, in the caller's
+// mode whichever it is, to a multiple h 2^32 of 2^32 with |t - h 2^32| < 2^32;
+// the unit of s's mantissa is 2^32 and the mantissa is 2^51 + h (|h| <= 2^32
+// + 1), so s's low word is h modulo 2^32. u = s - (1.5 2^84 + 1.5 2^52) =
+// h 2^32 - 1.5 2^52 is exact (multiples of 2^32 below 2^66), and so is
+// t - u = l + 1.5 2^52 with l = t - h 2^32 (an integer within 2^32 of
+// 1.5 2^52): its bits are those of 1.5 2^52 plus l as a 64-bit integer. So
+// (bits(s) << 32) - bits(1.5 2^52) + bits(t - u) = h 2^32 + l = t, modulo
+// 2^64: the two's-complement bits of t (t = 2^63 gives 0x8000000000000000,
+// t = 2^64 gives 0). Infinity and NaN give garbage, which the callers
+// replace.
 template <int L> RAVL_INLINE Vec<uint64_t, L> int64_words(Vec<double, L> t, const Rows& c) {
   using V = Vec<double, L>;
   using U = Vec<uint64_t, L>;
-  V h = round_imm<kFloorQuiet>(t * get<V>(c.two_m32));
-  V l = fnma(h, get<V>(c.two_32), t);
-  U lo = as_uint(l + get<V>(c.two_52));
-  U hi = as_uint(h + get<V>(c.shifter)) << 32;
-  return cvt::low_high(lo, hi);
+  V s = t + get<V>(c.shift84);
+  V l = t - (s - get<V>(c.shift84_52));
+  return ((as_uint(s) << 32) - get<U>(c.shift52_bits)) + as_uint(l);
 }
 
 // ---- i32 ----------------------------------------------------------------------
@@ -204,8 +200,8 @@ template <int imm, bool sat, int L> RAVL_INLINE Vec<int64_t, L> to_i64(Vec<doubl
 
 // ---- u64 ----------------------------------------------------------------------
 //
-// nosat: |r|, with |r| not below 2^64 (infinity and NaN too) replaced by 2^63,
-// which gives 0x8000000000000000.
+// nosat: |r|; |r| not below 2^64 (infinity and NaN too) gives
+// 0x8000000000000000.
 // sat: r clamped below at 0 (NaN: 0); r >= 2^64 or +infinity gives 2^64 - 1
 // (all bits or-ed in).
 template <int imm, bool sat, int L> RAVL_INLINE Vec<uint64_t, L> to_u64(Vec<double, L> x) {
@@ -215,7 +211,7 @@ template <int imm, bool sat, int L> RAVL_INLINE Vec<uint64_t, L> to_u64(Vec<doub
   V r = round_imm<imm>(x);
   if constexpr (!sat) {
     V a = as_float<V>(as_uint(r) & get<U>(c.abs64));
-    return int64_words(select(~(a < get<V>(c.two_64)), get<V>(c.two_63), a), c);
+    return select(~(a < get<V>(c.two_64)), get<U>(c.min_i64_bits), int64_words(a, c));
   } else {
     V t = hw_max(r, V(0.0));  // not NaN: "not below 2^64" is t >= 2^64
     return int64_words(t, c) | as_uint(~(t < get<V>(c.two_64)));
