@@ -75,18 +75,20 @@ RAVL_INLINE Log1pParts<L> reduce1p(Vec<double, L> u, Vec<double, L> c, const C& 
   using V = Vec<double, L>;
   using U = Vec<uint64_t, L>;
   Log1pParts<L> q;
-  // The reduction of u waits for c (an empty asm that reads c and may change
-  // u as far as the compiler knows), so that what c is made from is dead
-  // before the reduction's values come.
-  __asm__("" : "+x"(u) : "x"(c));
-  q.p = logd::reduce<kSplit>(u, k);
   V scale = as_float<V>(get<U>(k.e2036) - (as_uint(u) & get<U>(k.exp_mask)));  // 2^(1013 - E)
-  q.d = (c * as_float<V>(q.p.rbits)) * scale;
-  // The table index waits for d in the same way: c, R and the scale are then
-  // dead before the table fetch, whose index and loads need registers of
-  // their own. With both waits the full class's common path saves two
-  // registers beyond ymm0-5 on Windows (ymm6, ymm7) instead of three.
-  __asm__("" : "+x"(q.p.rbits) : "x"(q.d));
+  // The reduction of u waits for c and the scale (an empty asm that reads
+  // them and may change u as far as the compiler knows), so that what c is
+  // made from is dead, and u too once the reduction has taken m' and E.
+  __asm__("" : "+x"(u) : "x"(c), "x"(scale));
+  q.p = logd::reduce<kSplit>(u, k, [&](logd::Parts<L>& p) {
+    q.d = (c * as_float<V>(p.rbits)) * scale;
+    // What reads bits(R) from here on (the choice of k, the table index)
+    // waits for d in the same way: c and the scale are dead by then. With
+    // these waits the fast class's common path fits in ymm0-5 (the
+    // registers a call may clobber on Windows) and the full class saves
+    // ymm6-7 instead of ymm6-8.
+    __asm__("" : "+x"(p.rbits) : "x"(q.d));
+  });
   return q;
 }
 
@@ -114,7 +116,7 @@ RAVL_INLINE double opaque(double v) {
 
 // ---- double, full class ---------------------------------------------------------
 //
-// ln(1 + x), plain log1p. Max error [measured below].
+// ln(1 + x), plain log1p. Max error 0.5003 ulp (worst x = 0x1.dd61e7277d8dp-12).
 // The log family's full table (tables/log.h, row R - 512 at bits(R) >> 39):
 // a + b = -ln R - 1013 ln 2 (with ln 2 taken as kLn2Hi + kLn2Lo), a a
 // multiple of 2^-40, so with E the raw biased exponent of u:
@@ -222,13 +224,14 @@ struct Log1pFull : frame::Kernel {
 // ---- double, fast class (_native) -------------------------------------------------
 //
 // ln(1 + x) with one double per table row and a degree-5 polynomial. Max
-// error 2.19 ulp (worst x = 0x1.0001d9cac5a68p-11). Same reduction (Fast2Sum(1, x)
+// error 2.645 ulp (worst x = 0x1.0001c614543ap-11). Same reduction (Fast2Sum(1, x)
 // for u and c); the log family's fast table (tables/log.h) holds T(R) =
 // -ln(R/512) for R <= 724 and -ln(R/1024) above, with e' = E - 1022 or E - 1023
 // to match, so u just below 1 (R = 512, E = 1022) and just above (R = 1024,
 // E = 1023) both have e' = 0 and T = 0:
 //   result = fma(e', ln2, T) + (r + (d + r^2 (-1/2 + r/3 - r^2/4 + r^3/5))).
-// The rounding of T and of the first sum, and the remainder r^6/6, make the error.
+// The rounding of T and of the first sum, and the remainder r^6/6, make the error;
+// the worst is near x = 2^-11 (R = 1023), where T and r cancel to half of T.
 // ln 2 rounded to nearest (0x3fe62e42fefa39ef).
 constexpr double kLn2 = f64_bits(0x3fe62e42fefa39efull);
 
@@ -248,11 +251,11 @@ struct Log1pFast : Log1pFull {
     V c = x - (u - get<V>(k.one_max));
     Log1pParts<L> q = reduce1p<true>(u, c, k);
     V r = q.p.r;
-    V p = fma(r * r, fma(r, fma(r, fma(r, get<V>(k.p5), get<V>(k.p4)), get<V>(k.p3)), get<V>(k.p2)), q.d);
+    // d + r^2 P(r) as fma(r, r P(r), d): no register for r^2.
+    V p = fma(r, r * fma(r, fma(r, fma(r, get<V>(k.p5), get<V>(k.p4)), get<V>(k.p3)), get<V>(k.p2)), q.d);
     V rp = r + p;
     // The table fetch waits for r + p (as in reduce1p): only x, E - k and
-    // r + p stay live across it (on Windows the common path saves ymm6 alone,
-    // for the reduction).
+    // r + p stay live across it.
     __asm__("" : "+x"(q.p.rbits) : "x"(rp));
     V t = logd::row8(log_tables::kLogFast, q.p);
     return signed1p(fma(q.p.e, get<V>(k.ln2), t) + rp, x);

@@ -83,16 +83,26 @@ template <int L> RAVL_INLINE MaskOf<VD<L>> flag(VD<L> x, const FlagRows& c) {
 // r, bits(R) and E - k, k given by c.bias. With kSplit (tables that switch to
 // -ln(R/1024) above R = 724), E - k - 1 where R > 724: the compare's all-ones
 // lanes (-1) are added to the exponent field; c then has the row r724.
-template <bool kSplit = false, int L, class C> RAVL_INLINE Parts<L> reduce(VD<L> x, const C& c) {
+// then(p) runs once r and bits(R) are known, before E - k is made (log1p
+// forms its correction term there).
+struct NoStep {
+  template <class P> RAVL_INLINE void operator()(P&) const {}
+};
+template <bool kSplit = false, int L, class C, class Then = NoStep>
+RAVL_INLINE Parts<L> reduce(VD<L> x, const C& c, Then then = {}) {
   using V = VD<L>;
   using U = UD<L>;
   U ux = as_uint(x);
+  U E = ux >> 52;
+  // m waits for E (an empty asm that reads E and may change x's bits as far
+  // as the compiler knows), so x is dead once m is formed.
+  __asm__("" : "+x"(ux) : "x"(E));
   V m = as_float<V>((ux & get<U>(c.frac)) | get<U>(c.exp_m10));
   V R = round_imm<8>(convert<double>(log_core::rcp_est(convert<float>(m))));  // nearest integer
   Parts<L> p;
   p.r = fms(R, m, get<V>(c.one));
   p.rbits = as_uint(R);
-  U E = ux >> 52;
+  then(p);
   if constexpr (kSplit) E += bitcast<U>(bitcast<ID<L>>(p.rbits) > get<ID<L>>(c.r724));
   p.e = as_float<V>(E | get<U>(c.two52)) - get<V>(c.bias);
   return p;
