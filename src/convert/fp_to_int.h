@@ -49,10 +49,11 @@ constexpr int64_t kI64Max = 0x7FFFFFFFFFFFFFFF;
 // The vector paths' constants, one 32-byte row each, read as memory operands
 // (no register holds a constant across the body).
 struct Rows {
-  // Split into 32-bit words (int64_words).
-  Row<double> shift84 = row(0x1.8p84);                // 1.5 2^84, bits 0x4538000000000000: mantissa unit 2^32
-  Row<double> shift84_52 = row(0x1.8p84 + 0x1.8p52);  // 1.5 2^84 + 1.5 2^52, bits 0x4538000000180000
-  Row<uint64_t> shift52_bits = row<uint64_t>(0x4338000000000000ull);  // bits of 1.5 2^52: mantissa unit 1
+  // Split into 32-bit words (int64_words): 1.5 2^84 - 0x43380000 2^32, bits
+  // 0x4537FFFFBCC80000 (mantissa unit 2^32, low word -0x43380000), and that
+  // plus 1.5 2^52, bits 0x4537FFFFBCE00000.
+  Row<double> shift84 = row(0x1.7ffffbcc80000p+84);
+  Row<double> shift84_52 = row(0x1.7ffffbce00000p+84);
   // 64-bit range ends.
   Row<double> min_i64 = row(-0x1p63);    // -2^63, bits 0xC3E0000000000000
   Row<double> two_63 = row(0x1p63);      // 2^63, bits 0x43E0000000000000
@@ -77,23 +78,22 @@ inline constexpr Rows kRows{};
 
 // ---- 64-bit integer from an integral double ---------------------------------
 //
-// For integral t with |t| <= 2^64: s = t + 1.5 2^84 rounds t, in the caller's
-// mode whichever it is, to a multiple h 2^32 of 2^32 with |t - h 2^32| < 2^32;
-// the unit of s's mantissa is 2^32 and the mantissa is 2^51 + h (|h| <= 2^32
-// + 1), so s's low word is h modulo 2^32. u = s - (1.5 2^84 + 1.5 2^52) =
-// h 2^32 - 1.5 2^52 is exact (multiples of 2^32 below 2^66), and so is
-// t - u = l + 1.5 2^52 with l = t - h 2^32 (an integer within 2^32 of
-// 1.5 2^52): its bits are those of 1.5 2^52 plus l as a 64-bit integer. So
-// (bits(s) << 32) - bits(1.5 2^52) + bits(t - u) = h 2^32 + l = t, modulo
-// 2^64: the two's-complement bits of t (t = 2^63 gives 0x8000000000000000,
-// t = 2^64 gives 0). Infinity and NaN give garbage, which the callers
-// replace.
+// For integral t with |t| <= 2^64: s = t + S, S = 1.5 2^84 - 0x43380000 2^32,
+// rounds t, in the caller's mode whichever it is, to a multiple h 2^32 of 2^32
+// with |t - h 2^32| < 2^32; s lies in [2^84, 2^85), where the mantissa's unit
+// is 2^32, so the low word of s is h - 0x43380000 modulo 2^32. u = s - (S +
+// 1.5 2^52) = h 2^32 - 1.5 2^52 is exact (multiples of 2^32 below 2^66), and
+// so is t - u = l + 1.5 2^52 with l = t - h 2^32 (an integer within 2^32 of
+// 1.5 2^52): its bits are 0x4338000000000000 + l as 64-bit integers. The
+// upper word of those is 0x43380000, which the low word of s shifted up
+// takes away: (bits(s) << 32) + bits(t - u) = h 2^32 + l = t, modulo 2^64:
+// the two's-complement bits of t (t = 2^63 gives 0x8000000000000000, t = 2^64
+// gives 0). Infinity and NaN give garbage, which the callers replace.
 template <int L> RAVL_INLINE Vec<uint64_t, L> int64_words(Vec<double, L> t, const Rows& c) {
   using V = Vec<double, L>;
-  using U = Vec<uint64_t, L>;
   V s = t + get<V>(c.shift84);
   V l = t - (s - get<V>(c.shift84_52));
-  return ((as_uint(s) << 32) - get<U>(c.shift52_bits)) + as_uint(l);
+  return (as_uint(s) << 32) + as_uint(l);
 }
 
 // ---- i32 ----------------------------------------------------------------------
