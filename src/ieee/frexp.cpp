@@ -19,12 +19,25 @@ template <class T> struct FrexpKernel : frame::Kernel {
     using V = Vec<T, L>;
     using S = SIntOf<V>;
     using U = UIntOf<V>;
-    Lifted<V> lx = lift_denormals(x);
-    S e = lx.field - S(I::bias - 1);
-    V m = as_float<V>((as_uint(lx.x) & ~U(I::exp_mask)) | U((typename Bits<T>::U)(I::bias - 1) << I::mant_bits));
-    S keep = (x == V(0)) | inf_or_nan(x);
+    using UT = typename Bits<T>::U;
+    const V a = as_float<V>(as_uint(x) & get<U>(rows(kIeeeRows<T>).abs));
+    Lifted<V> lx = lift_denormals(x, a);
+    const FrexpRows& c = rows(kFrexpRows);
+    S e = lx.field - get<S>(c.half_field);
+    V m = as_float<V>((as_uint(lx.x) & get<U>(c.not_exp)) | get<U>(c.half_bits));
+    S keep = zero_inf_or_nan_abs(a);
     return {select(keep, x, m), convert<int32_t>(e & ~keep)};
   }
+
+ private:
+  // The field and the bit pattern of the binade [0.5, 1).
+  struct FrexpRows {
+    using UT = typename Bits<T>::U;
+    Row<UT> half_field = row((UT)(I::bias - 1));
+    Row<UT> half_bits = row((UT)((UT)(I::bias - 1) << I::mant_bits));
+    Row<UT> not_exp = row((UT)~I::exp_mask);
+  };
+  static constexpr FrexpRows kFrexpRows{};
 };
 
 namespace frexp_k { using full = FrexpKernel<double>; }

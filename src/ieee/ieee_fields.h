@@ -44,21 +44,54 @@ template <class V> RAVL_INLINE SIntOf<V> exponent_field(V x) {
   return as_int((as_uint(x) & UIntOf<V>(I::exp_mask)) >> I::mant_bits);
 }
 
+// Constants of the exponent-field helpers below, one 32-byte row each, read
+// as memory operands (rows(), frame/simd.h).
+template <class T> struct IeeeRows {
+  using I = Ieee<T>;
+  using U = typename I::U;
+  using SI = typename Bits<T>::S;
+  Row<U> abs = row((U)~I::sign_mask);
+  Row<T> min_normal = row(__builtin_bit_cast(T, (U)((U)1 << I::mant_bits)));
+  Row<T> two_norm = row(I::two_norm);
+  Row<U> norm_shift = row((U)I::norm_shift);
+  Row<U> max_field = row((U)I::max_field);
+  // bits(|x|) + ~sign_mask wraps 0 to the largest positive integer and puts
+  // every non-zero finite |x| at or below (exp_mask - 1) + ~sign_mask, read
+  // as a signed integer, and infinities and NaN above it.
+  Row<SI> zero_or_special_above = row((SI)(U)(I::exp_mask - 1 + ~I::sign_mask));
+};
+template <class T> inline constexpr IeeeRows<T> kIeeeRows{};
+
+// Lanes that are +-0, +-infinity or NaN, from a = |x|: one integer add and
+// one signed compare (see IeeeRows).
+template <class V> RAVL_INLINE MaskOf<V> zero_inf_or_nan_abs(V a) {
+  using T = LaneOf<V>;
+  const IeeeRows<T>& c = rows(kIeeeRows<T>);
+  return as_int(as_uint(a) + get<UIntOf<V>>(c.abs)) > get<SIntOf<V>>(c.zero_or_special_above);
+}
+
 // Denormal lanes lifted to normals: x, with denormal lanes multiplied by
 // 2^norm_shift (exact: the product has the same significant bits and is
 // normal), and the biased exponent field x would have if the field went below
 // 1, i.e. the lifted lane's field minus norm_shift. Zero lanes come out as zero
-// with a meaningless field; callers blend them.
+// with a meaningless field; callers blend them. a is |x| (the lanes below the
+// least normal are the denormals and zeros).
 template <class V> struct Lifted {
   V x;
   SIntOf<V> field;
 };
-template <class V> RAVL_INLINE Lifted<V> lift_denormals(V x) {
-  using I = Ieee<LaneOf<V>>;
+template <class V> RAVL_INLINE Lifted<V> lift_denormals(V x, V a) {
+  using T = LaneOf<V>;
+  using I = Ieee<T>;
   using S = SIntOf<V>;
-  S tiny = exponent_field(x) == S(0);
-  V xn = select(tiny, x * V(I::two_norm), x);
-  return {xn, exponent_field(xn) - (tiny & S(I::norm_shift))};
+  const IeeeRows<T>& c = rows(kIeeeRows<T>);
+  S tiny = a < get<V>(c.min_normal);
+  V xn = select(tiny, x * get<V>(c.two_norm), x);
+  S field = as_int((as_uint(xn) >> I::mant_bits) & get<UIntOf<V>>(c.max_field));
+  return {xn, field - (tiny & get<S>(c.norm_shift))};
+}
+template <class V> RAVL_INLINE Lifted<V> lift_denormals(V x) {
+  return lift_denormals(x, as_float<V>(as_uint(x) & get<UIntOf<V>>(rows(kIeeeRows<LaneOf<V>>).abs)));
 }
 
 // ---- scalar helpers for the callouts ----------------------------------------
