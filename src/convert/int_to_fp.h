@@ -32,7 +32,9 @@
 // hardware sum is faithful, with a difference against P that is exact. To
 // float, the double sum s is narrowed: for rte after rounding it to odd (its
 // last bit set when inexact, which keeps every float rounding of s that of
-// the exact value), for the directed modes as it is and then stepped.
+// the exact value); for the directed modes after moving it one unit toward
+// the exact value when it lies on the wrong side and rounding its bits to
+// float precision, so that the narrowing is exact.
 // Unsigned 32-bit integers to float: pieces of 23 and 9 bits (below).
 #pragma once
 
@@ -120,9 +122,6 @@ RAVL_INLINE Vec<int32_t, 4> sign_of(Vec<int32_t, 4> v, Vec<int32_t, 4> s) {
 RAVL_INLINE Vec<int32_t, 8> sign_of(Vec<int32_t, 8> v, Vec<int32_t, 8> s) {
   return (Vec<int32_t, 8>)_mm256_sign_epi32((__m256i)v, (__m256i)s);
 }
-RAVL_INLINE Vec<int32_t, 2> sign_of(Vec<int32_t, 2> v, Vec<int32_t, 2> s) {
-  return slice<0, 2>(sign_of(join(v, v), join(s, s)));
-}
 
 template <Rm rm, int L> RAVL_INLINE Vec<float, L> to_float(Vec<int32_t, L> x) {
   using F = Vec<float, L>;
@@ -184,10 +183,11 @@ RAVL_INLINE Pieces64<is_signed, L> pieces64(Vec<uint64_t, L> x, const Rows& c) {
   return {p, l};
 }
 
-// Which side of the exact value P + L a double or float result r (widened)
-// lies on: r - P is exact (r is within a float unit of P + L, and r - P is a
-// multiple of min(ulp(r), 2^32) below 2^54 in magnitude, so 53 bits hold
-// it); it is compared with L.
+// Which side of the exact value P + L the faithful sum s lies on: s - P is
+// exact, so it is compared with L. (s - P = L + (s - x) lies within 2^11 of
+// L, below 2^53 + 2^11, and is a multiple of ulp(s), since P is a multiple of
+// 2^32: s itself when ulp(s) = 1, fewer than 2^53 units of ulp(s) >= 2
+// otherwise.)
 
 // ---- 64-bit integers to double ----------------------------------------------------------
 
