@@ -22,11 +22,23 @@ template <class T> struct IlogbKernel : frame::Kernel {
   template <int L> static RAVL_INLINE Vec<int32_t, L> vec(Vec<T, L> x) {
     using V = Vec<T, L>;
     using S = SIntOf<V>;
-    S e = unbiased_exponent(x);
-    e = select(as_uint(abs(x)) == UIntOf<V>(0), S(kIlogbZero), e);
-    e = select(inf_or_nan(x), S(kIlogbNan), e);
-    return convert<int32_t>(e);  // double lanes: every value fits in 32 bits
+    using U = UIntOf<V>;
+    const V a = as_float<V>(as_uint(x) & get<U>(rows(kIeeeRows<T>).abs));
+    S e = unbiased_exponent(x, a);
+    // Zeros and infinities or NaN: INT_MAX with every bit flipped (INT_MIN) for
+    // the zeros (the low 32 bits are the result, also of a double lane).
+    const Rows& c = rows(kRows);
+    S special = get<S>(c.nan_value) ^ S(a == get<V>(c.zero));
+    return convert<int32_t>(select(zero_inf_or_nan_abs(a), special, e));  // double lanes: every value fits in 32 bits
   }
+
+ private:
+  struct Rows {
+    using UT = typename Bits<T>::U;
+    Row<UT> nan_value = row((UT)kIlogbNan);
+    Row<T> zero = row((T)0);
+  };
+  static constexpr Rows kRows{};
 };
 
 namespace ilogb_k { using full = IlogbKernel<double>; }
