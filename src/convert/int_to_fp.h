@@ -208,28 +208,27 @@ template <Rm rm, int L> RAVL_INLINE Vec<double, L> to_double(Vec<int64_t, L> x) 
   using D = Vec<double, L>;
   using I = Vec<int64_t, L>;
   using U = Vec<uint64_t, L>;
-  I neg = x < 0;
+  const Rows& c = rows(kRows);
   if constexpr (rm == Rm::rte) {
     // |x| rounded in the caller's mode (the most negative value keeps its
     // bits, which read unsigned are 2^63), the sign of x or-ed back.
-    const Rows& c = rows(kRows);
-    Pieces64<false, L> q = pieces64<false>(bitcast<U>((x ^ neg) - neg), c);
+    Pieces64<false, L> q = pieces64<false>(bitcast<U>(select_by_sign(x, -x, x)), c);
     U mag = as_uint(q.p + q.l) & get<U>(c.abs64);
     return as_float<D>(mag | (bitcast<U>(x) & get<U>(c.sign64)));
   } else {
-    const Rows& c = rows(kRows);
     Pieces64<true, L> q = pieces64<true>(bitcast<U>(x), c);
     D t = q.p + q.l;
     D back = t - q.p;
     I above = back > q.l, below = back < q.l;
     // t is -0 only for x = 0 in the caller's round-down mode: a nonnegative
-    // x takes |t|.
-    I tb = select(neg, as_int(t), as_int(t) & get<I>(c.abs64));
+    // x takes |t| (x | 0x7FFF...F is all ones for a negative x, else the
+    // magnitude mask).
+    I tb = as_int(t) & (x | get<I>(c.abs64));
     // rtn: a t above x goes one unit down, bits - 1 when positive, + 1 when
     // negative; rtp: a t below goes up; rtz: bits - 1 when |t| > |x|.
-    if constexpr (rm == Rm::rtn) return as_float<D>(tb + ((above ^ neg) - neg));
-    else if constexpr (rm == Rm::rtp) return as_float<D>(tb - ((below ^ neg) - neg));
-    else return as_float<D>(tb + select(neg, below, above));
+    if constexpr (rm == Rm::rtn) return as_float<D>(select_by_sign(x, tb - above, tb + above));
+    else if constexpr (rm == Rm::rtp) return as_float<D>(select_by_sign(x, tb + below, tb - below));
+    else return as_float<D>(tb + select_by_sign(x, below, above));
   }
 }
 
@@ -282,18 +281,19 @@ template <Rm rm, int L> RAVL_INLINE Vec<float, L> to_float(Vec<int64_t, L> x) {
   using D = Vec<double, L>;
   using I = Vec<int64_t, L>;
   using U = Vec<uint64_t, L>;
-  I neg = x < 0;
   const Rows& c = rows(kRows);
   if constexpr (rm == Rm::rte) {
-    Vec<float, L> mag = to_float<rm>(bitcast<U>((x ^ neg) - neg));
+    Vec<float, L> mag = to_float<rm>(bitcast<U>(select_by_sign(x, -x, x)));
     Vec<float, L> sign = narrow(as_float<D>(bitcast<U>(x) & get<U>(c.sign64)));
     return as_float<Vec<float, L>>(as_int(mag) | as_int(sign));
   } else {
     Pieces64<true, L> q = pieces64<true>(bitcast<U>(x), c);
     D s = q.p + q.l;
     D d = s - q.p;
-    I sb = select(neg, as_int(s), as_int(s) & get<I>(c.abs64));
-    I add;
+    I sb = as_int(s) & (x | get<I>(c.abs64));  // |s| for a nonnegative x, as for double
+    // A full sign mask, so that the choice stays an integer blend between the
+    // integer operations around it.
+    I neg = x < 0, add;
     if constexpr (rm == Rm::rtn) add = select(neg, get<I>(c.below_float) - (d > q.l), d > q.l);
     else if constexpr (rm == Rm::rtp) add = select(neg, d < q.l, get<I>(c.below_float) - (d < q.l));
     else add = select(neg, d < q.l, d > q.l);

@@ -1,5 +1,5 @@
-// 32-bit words of 64-bit lanes, shared by the conversions between floating
-// and 64-bit integer lanes (convert/fp_to_int.h, convert/int_to_fp.h).
+// 32-bit words and sign bits of 64-bit lanes, for the conversions from
+// 64-bit integer lanes (convert/int_to_fp.h).
 #pragma once
 
 #include "frame/simd.h"
@@ -17,6 +17,18 @@ template <class T, int L> RAVL_INLINE Vec<T, L> low_high(Vec<T, L> lo, Vec<T, L>
   static_assert(sizeof(T) == 8, "64-bit lanes");
   using W = Vec<uint32_t, 2 * L>;
   return low_high_impl<T, L>(bitcast<W>(lo), bitcast<W>(hi), typename MakeInts<2 * L>::type{});
+}
+
+// Per 64-bit lane, a where the sign bit of m is set, else b (vblendvpd, which
+// reads only that bit: an integer's own sign selects, with no compare). An
+// intrinsic here because the ext-vector select needs a full lane mask.
+template <class T, int L> RAVL_INLINE Vec<T, L> select_by_sign(Vec<int64_t, L> m, Vec<T, L> a, Vec<T, L> b) {
+  static_assert(sizeof(T) == 8 && (L == 2 || L == 4), "64-bit lanes");
+  using D = Vec<double, L>;
+  if constexpr (L == 4)
+    return bitcast<Vec<T, L>>((D)_mm256_blendv_pd((__m256d)bitcast<D>(b), (__m256d)bitcast<D>(a), (__m256d)bitcast<D>(m)));
+  else
+    return bitcast<Vec<T, L>>((D)_mm_blendv_pd((__m128d)bitcast<D>(b), (__m128d)bitcast<D>(a), (__m128d)bitcast<D>(m)));
 }
 
 }  // namespace cvt
