@@ -16,18 +16,30 @@ namespace ravl {
 
 template <class T> struct FractKernel : frame::Kernel {
   using sig = T(T, T*);
-  // The largest value below 1: 1 - 2^-53 (double), 1 - 2^-24 (float).
-  static constexpr T kBelowOne = sizeof(T) == 8 ? T(0x1.fffffffffffffp-1) : T(0x1.fffffep-1f);
 
+  // Two results from the hardware min and max when an operand is NaN: the
+  // second operand. So max(min(kBelowOne, |x - floor(x)|), +0) is the clamped
+  // fraction, and +0 for infinite x, where x - floor(x) is NaN.
   template <int L> static RAVL_INLINE Two<Vec<T, L>, Vec<T, L>> vec(Vec<T, L> x) {
     using V = Vec<T, L>;
+    using U = UIntOf<V>;
     V fl = round_imm<1 | 8>(x);  // floor, no inexact exception
-    V r = hw_min(V(kBelowOne), abs(x - fl));
-    r = select(abs(x) == V(__builtin_inf()), V(0), r);
+    const Rows& c = rows(kRows);
+    V r = hw_max(hw_min(get<V>(c.below_one), as_float<V>(as_uint(x - fl) & get<U>(c.abs))), get<V>(c.zero));
     // Zeros and NaN (|x| > 0 false): floor(x) itself, i.e. x (NaN quieted).
-    r = select(~(abs(x) > V(0)), fl, r);
-    return {r, fl};
+    V ax = as_float<V>(as_uint(x) & get<U>(c.abs));
+    return {select(~(ax > get<V>(c.zero)), fl, r), fl};
   }
+
+ private:
+  struct Rows {
+    using UT = typename Bits<T>::U;
+    // The largest value below 1: 1 - 2^-53 (double), 1 - 2^-24 (float).
+    Row<T> below_one = row(sizeof(T) == 8 ? T(0x1.fffffffffffffp-1) : T(0x1.fffffep-1f));
+    Row<UT> abs = row((UT)~Ieee<T>::sign_mask);
+    Row<T> zero = row((T)0);
+  };
+  static constexpr Rows kRows{};
 };
 
 namespace fract_k { using full = FractKernel<double>; }

@@ -17,11 +17,23 @@ template <class T> struct ModfKernel : frame::Kernel {
 
   template <int L> static RAVL_INLINE Two<Vec<T, L>, Vec<T, L>> vec(Vec<T, L> x) {
     using V = Vec<T, L>;
+    using U = UIntOf<V>;
     V i = round_imm<3 | 8>(x);  // toward zero, no inexact exception
     V d = x - i;                // NaN for infinite x, x quieted for NaN x
-    d = select(abs(x) == V(__builtin_inf()), V(0), d);
-    return {as_float<V>(as_uint(abs(d)) | sign_bit(x)), i};
+    const Rows& c = rows(kRows);
+    U ax = as_uint(x) & get<U>(c.abs);
+    d = as_float<V>(as_uint(d) & get<U>(c.abs) & as_uint(as_float<V>(ax) != get<V>(c.inf)));  // |d|, +0 for infinite x
+    return {as_float<V>(as_uint(d) | (as_uint(x) & get<U>(c.sign))), i};
   }
+
+ private:
+  struct Rows {
+    using UT = typename Bits<T>::U;
+    Row<UT> abs = row((UT)~Ieee<T>::sign_mask);
+    Row<UT> sign = row((UT)Ieee<T>::sign_mask);
+    Row<T> inf = row((T)__builtin_inf());
+  };
+  static constexpr Rows kRows{};
 };
 
 namespace modf_k { using full = ModfKernel<double>; }
