@@ -165,17 +165,15 @@ template <class T, int L> struct RemVec {
   Vec<int32_t, L> quo;      // remquo's quotient bits with sign
 };
 
-// |x|, |y| and t = |x|/|y| + |y|*0: the lane test and the vector path compute
-// them alike (no constant read from a row between), so that the compiler
-// computes them once for both. t is |x|/|y| exactly but for y infinite
-// (inf*0 = NaN), so one compare of t with 2^p flags every lane the vector
-// path cannot settle.
+// |x|, |y| and t = |x|/|y|: the lane test and the vector path compute them
+// alike (no constant read from a row between), so that the compiler computes
+// them once for both.
 template <class V> struct RemStart {
   V ax, ay, t;
 };
 template <class V> RAVL_INLINE RemStart<V> rem_start(V x, V y) {
   const V ax = abs(x), ay = abs(y);
-  return {ax, ay, fma(ay, V(0), ax / ay)};
+  return {ax, ay, ax / ay};
 }
 
 // All ones in the lanes of u whose sign bit is set, zero in the others, by
@@ -230,11 +228,13 @@ template <class T, RemMode mode, int L> RAVL_INLINE RemVec<T, L> rem_vec(Vec<T, 
   }
 }
 
-// Lanes the vector path cannot settle: |x|/|y| >= 2^p or NaN, y infinite or NaN
-// (then t is NaN).
+// Lanes the vector path cannot settle: |x|/|y| >= 2^p or NaN, y infinite or
+// NaN. t + |y|*0 is t but for y infinite (inf*0 = NaN), so one compare of it
+// with 2^p flags them all (the fma is not on the vector path's chain).
 template <class T, int L> RAVL_INLINE Mask<T, L> rem_special(Vec<T, L> x, Vec<T, L> y) {
   using V = Vec<T, L>;
-  return ~(rem_start(x, y).t < get<V>(rows(kRemRows<T>).two_p));
+  const RemStart<V> a = rem_start(x, y);
+  return ~(fma(a.ay, V(0), a.t) < get<V>(rows(kRemRows<T>).two_p));
 }
 
 // The kernels: one result (fmod, remainder) or the quotient bits through the
