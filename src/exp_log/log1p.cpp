@@ -1,4 +1,4 @@
-// ln(1 + x) on double lanes (family log1p) and on single lanes (family log1pf).
+// ln(1 + x) on double lanes (family log1p).
 //
 // Every member computes all lanes on a branch-free vector path, flags the
 // lanes that path cannot handle (x <= -1, NaN, +infinity, and for the double
@@ -17,13 +17,11 @@
 // test asserts the bounds kept in its table):
 //   log1p   plain       full   0.5003 ulp (worst x = 0x1.dd61e7277d8dp-12)
 //   log1p   _native     fast   2.645 ulp (worst x = 0x1.0001c614543ap-11)
-//   log1pf  plain       full   0.5005 ulp (computed in double, rounded once)
-//   log1pf  _native     fast   3.14 ulp
 // (the double rows also over 1.6e8 random inputs: the ranges above, x near 0 of
 // both signs, near 2^k - 1, near -1, up to 2^1000 and tiny x).
 // The lanes computed by the scalar routines are within the full bounds.
-#include "exp_log/logd_core.h"
 #include "frame/entry.h"
+#include "exp_log/logd_core.h"
 #include "tables/log.h"
 
 namespace ravl {
@@ -109,11 +107,6 @@ template <int L> RAVL_INLINE Mask<double, L> flag1p(Vec<double, L> x, const Log1
   return bitcast<I>(as_uint(get<V>(k.one_add) + x) + get<Vec<uint64_t, L>>(k.flag_add)) > get<I>(k.flag_above);
 }
 
-RAVL_INLINE double opaque(double v) {
-  __asm__("" : "+x"(v));
-  return v;
-}
-
 // ---- double, full class ---------------------------------------------------------
 //
 // ln(1 + x), plain log1p. Max error 0.5003 ulp (worst x = 0x1.dd61e7277d8dp-12).
@@ -190,23 +183,9 @@ struct Log1pFull : frame::Kernel {
   // The double special-lane routine, shared by both double classes.
   static RAVL_INLINE int scalar(const double* xp, double* rp) {
     double x = *xp;
-    if (x != x) {
-      *rp = x + x;
-      return kStatusOk;
-    }
-    if (x <= -1.0) {
-      if (x == -1.0) {
-        *rp = -1.0 / opaque(0.0);  // -infinity, divide-by-zero
-        return kStatusPole;
-      }
-      *rp = opaque(0.0) / 0.0;  // NaN, invalid
-      return kStatusDomain;
-    }
+    int status;
+    if (log_core::log1p_special(x, rp, &status)) return status;
     if (x > kBig) {
-      if (x == __builtin_inf()) {
-        *rp = x;
-        return kStatusOk;
-      }
       // ln(1 + x) = ln x + 1/x with 1/x < 2^-1000: ln(x 2^-512) + 512 ln 2.
       const Log1pFullRows& k = rows(kLog1pFullRows);
       Log1pParts<2> q = reduce1p<false>(F64x2(x * 0x1p-512), F64x2(0.0), k);
@@ -265,139 +244,13 @@ struct Log1pFast : Log1pFull {
   }
 };
 
-// ---- constants of the single classes ------------------------------------------
-
-constexpr float kMaxf = f32_bits(0x7f7fffffu);  // FLT_MAX
-// 2^52 (0x4330000000000000): or-ed under a biased exponent field E it makes 2^52 + E.
-constexpr uint64_t kTwo52Bits = 0x4330000000000000ull;
-constexpr double kTwo52 = f64_bits(kTwo52Bits);
-
-// ---- single, full class (plain) --------------------------------------------------
-//
-// ln(1 + x) on singles, computed in double on the widened lanes and rounded
-// once to single. Max error 0.5005 ulp (worst x = -0x1.288274p-2; the double
-// value's relative error is below 2^-34).
-// u = 1 + x in double (exact for single x with |x| >= 2^-29 up to 2^29; beyond,
-// its rounding is below 2^-53 relative) = 2^e m with m in [sqrt(1/2), sqrt(2));
-// f = m - 1 (exact), or f = x itself when e = 0 (x in about [-0.29, 0.41]:
-// tiny x keeps all its bits). ln(1 + f) = 2 atanh(s), s = f/(2 + f) (one
-// division), |s| <= 0.1716:
-//   ln(1 + f) = 2s + s w (2/3 + 2/5 w + 2/7 w^2 + 2/9 w^3 + 2/11 w^4), w = s^2
-// (remainder 2 s^13/13 < 2^-34 |2s|); result = e ln2 + ln(1 + f).
-constexpr uint64_t kSqrtHalfBitsD = 0x3fe6a09e667f3bcdull;  // sqrt(1/2)
-constexpr uint64_t kHighMask = 0xfff0000000000000ull;
-
-template <int L> RAVL_INLINE Vec<double, L> log1pf_core(Vec<double, L> x) {
-  using V = Vec<double, L>;
-  using U = Vec<uint64_t, L>;
-  V u = V(1.0) + x;
-  U ix = as_uint(u) - U(kSqrtHalfBitsD);
-  U eb = ix & U(kHighMask);  // e in the exponent field (with sign bits)
-  V m = as_float<V>(as_uint(u) - eb);
-  // e + 1024 as an integer, then as a double: the magic 2^52 takes it exactly.
-  V e = as_float<V>(((ix + U(1024ull << 52)) >> 52) | U(kTwo52Bits)) - V(kTwo52 + 1024);
-  V f = select(eb == U(0), x, m - V(1.0));
-  V s = f / (f + V(2.0));
-  V w = s * s;
-  V q = fma(w, fma(w, fma(w, fma(w, V(2.0 / 11), V(2.0 / 9)), V(2.0 / 7)), V(0.4)), V(2.0 / 3));
-  V lg = fma(s * w, q, s + s);
-  return fma(e, V(kLn2), lg);
-}
-
-template <int L, class F> RAVL_INLINE Vec<float, L> via_double(Vec<float, L> x, F f) {
-  if constexpr (L == 4) {
-    return convert<float>(f(convert<double>(x)));
-  } else {
-    return join(via_double<4>(slice<0, 4>(x), f), via_double<4>(slice<4, 4>(x), f));
-  }
-}
-
-struct Log1pfFull : frame::Kernel {
-  using sig = float(float);
-  static constexpr bool has_callout = true;
-  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    Vec<float, L> y = via_double<L>(x, [](F64x4 v) { return log1pf_core<4>(v); });
-    return as_float<Vec<float, L>>(as_uint(y) | sign_bit(x));
-  }
-  // Not -1 < x <= FLT_MAX (NaN included).
-  template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
-    using V = Vec<float, L>;
-    return ~((x > V(-1.0f)) & (x <= V(kMaxf)));
-  }
-  // The single special-lane routine, shared by both single classes.
-  static RAVL_INLINE int scalar(const float* xp, float* rp) {
-    float x = *xp;
-    if (x != x) {
-      *rp = x + x;
-      return kStatusOk;
-    }
-    if (x <= -1.0f) {
-      if (x == -1.0f) {
-        *rp = (float)(-1.0 / opaque(0.0));
-        return kStatusPole;
-      }
-      *rp = (float)(opaque(0.0) / 0.0);
-      return kStatusDomain;
-    }
-    if (x == __builtin_inff()) {
-      *rp = x;
-      return kStatusOk;
-    }
-    float y = (float)log1pf_core<2>(F64x2((double)x))[0];
-    y = x < 0 ? -__builtin_fabsf(y) : y;  // -0 stays -0
-    *rp = y;
-    uint32_t ay = bits_of(y) & 0x7fffffffu;
-    return ay != 0 && ay < 0x00800000u ? kStatusUnderflow : kStatusOk;
-  }
-};
-
-// ---- single, fast class (_native) -------------------------------------------------
-//
-// ln(1 + x) in single precision with no table. Max error 3.14 ulp (worst
-// x = 0x1.a9752cp-2).
-// u = 1 + x = 2^e m with m in [sqrt(1/2), sqrt(2)); f = m - 1 (exact), or
-// f = x itself when e = 0 (x in about [-0.29, 0.41]: no rounding of 1 + x
-// there, so x near zero keeps its relative accuracy).
-// ln(1 + f) = 2 atanh(s), s = f/(2 + f), |s| <= 0.1716:
-//   ln(1 + f) = f - f s + s (2/3 s^2 + 2/5 s^4 + 2/7 s^6)   (2s = f - f s),
-// so tiny f returns f; 1/(2 + f) from the reciprocal estimate and one Newton
-// step. result = e ln2 + ln(1 + f). Elsewhere the rounding of 1 + x (up to
-// half an ulp of u) is the main error.
-constexpr uint32_t kSqrtHalfBits = 0x3f3504f3u;  // sqrt(1/2) = 0.707106769
-constexpr float kLn2f = f32_bits(0x3f317218u);   // ln2 = 0.693147182
-
-struct Log1pfFast : Log1pfFull {
-  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    using V = Vec<float, L>;
-    using I = Vec<int32_t, L>;
-    V u = V(1.0f) + x;
-    I e = (as_int(u) - I((int32_t)kSqrtHalfBits)) >> 23;
-    V m = as_float<V>(as_int(u) - (e << 23));
-    V f = select(e == I(0), x, m - V(1.0f));
-    V d = f + V(2.0f);
-    V y0 = rcp_approx(d);
-    V y1 = fma(y0, fnma(d, y0, V(1.0f)), y0);
-    V s = f * y1;
-    V w = s * s;
-    V q = w * fma(w, fma(w, V(2.0f / 7), V(0.4f)), V(2.0f / 3));
-    V lg = fma(s, q - f, f);
-    V res = fma(convert<float>(e), V(kLn2f), lg);
-    return as_float<V>(as_uint(res) | sign_bit(x));
-  }
-};
-
 }  // namespace log1p_detail
 
 namespace log1p_k {
 using full = log1p_detail::Log1pFull;
 using fast = log1p_detail::Log1pFast;
 }  // namespace log1p_k
-namespace log1pf_k {
-using full = log1p_detail::Log1pfFull;
-using fast = log1p_detail::Log1pfFast;
-}  // namespace log1pf_k
 
 }  // namespace ravl
 
 #include "entries/log1p.inc"
-#include "entries/log1pf.inc"

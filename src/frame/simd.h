@@ -198,6 +198,15 @@ RAVL_INLINE F32x8 permute4(F32x4 table, Vec<int32_t, 8> idx) {
   __m256 t = _mm256_set_m128((__m128)table, (__m128)table);
   return (F32x8)_mm256_permutevar_ps(t, (__m256i)idx);
 }
+// Eight-float table t (32-byte aligned) selected per lane by idx & 7: one
+// vpermps with the table as its memory operand (no gather, no register held).
+RAVL_INLINE F32x8 lookup8(const float* t, Vec<int32_t, 8> idx) {
+  return (F32x8)_mm256_permutevar8x32_ps(_mm256_load_ps(t), (__m256i)idx);
+}
+RAVL_INLINE F32x4 lookup8(const float* t, Vec<int32_t, 4> idx) {
+  __m256i i8 = _mm256_castsi128_si256((__m128i)idx);  // upper lanes unused
+  return (F32x4)_mm256_castps256_ps128(_mm256_permutevar8x32_ps(_mm256_load_ps(t), i8));
+}
 
 // ---- lane index packs for slices and joins (no <utility> here) -------------
 

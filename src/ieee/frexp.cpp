@@ -19,7 +19,6 @@ template <class T> struct FrexpKernel : frame::Kernel {
     using V = Vec<T, L>;
     using S = SIntOf<V>;
     using U = UIntOf<V>;
-    using UT = typename Bits<T>::U;
     const V a = as_float<V>(as_uint(x) & get<U>(rows(kIeeeRows<T>).abs));
     Lifted<V> lx = lift_denormals(x, a);
     const FrexpRows& c = rows(kFrexpRows);

@@ -15,6 +15,7 @@ namespace ravl {
 
 constexpr int32_t kIlogbZero = -2147483647 - 1;  // FP_ILOGB0 = INT_MIN
 constexpr int32_t kIlogbNan = 2147483647;        // FP_ILOGBNAN = INT_MAX, also ilogb(+-inf)
+static_assert(kIlogbZero == ~kIlogbNan, "zeros take the NaN value with every bit flipped");
 
 template <class T> struct IlogbKernel : frame::Kernel {
   using sig = int32_t(T);
