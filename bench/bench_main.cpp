@@ -9,7 +9,8 @@
 // The rows come from the generated export list: for each family its plain
 // and `_native` members at width 8 (families with 32-bit lanes only) or 4
 // (any 64-bit lane), register form, plus the two-register widths of exp and
-// expf. Each row is the best of several timed passes of a loop that calls
+// expf. Each row is the best of several timed passes, in three rounds over the
+// list, of a loop that calls
 // the entry on consecutive vectors of preset inputs and stores the results.
 // Our entries are called through the address the loader resolved, as a
 // runtime calls them; SLEEF's likewise. The peer of a plain member is SLEEF's
@@ -56,6 +57,7 @@ const ExportRow kExports[] = {
 constexpr int kElems = 4096;  // 32 KiB of doubles: stays in L1/L2
 constexpr int kPasses = 60;
 constexpr int kReps = 12;
+constexpr int kRounds = 3;
 
 double now_ns() {
 #ifdef _WIN32
@@ -299,7 +301,13 @@ void* peer_of(const char* family, const char* cls, const char* sig, char* name, 
 
 bool wanted(const char* filter, const char* name) { return !filter || strstr(name, filter); }
 
+// A row timed again in a later round keeps its best time.
 void add(const char* name, const char* peer, double ns, int lanes) {
+  for (int i = 0; i < nrows; ++i)
+    if (strcmp(rows[i].name, name) == 0) {
+      if (ns < rows[i].ns) rows[i].ns = ns;
+      return;
+    }
   if (nrows == (int)(sizeof rows / sizeof rows[0])) return;
   Out& o = rows[nrows++];
   snprintf(o.name, sizeof o.name, "%s", name);
@@ -307,12 +315,6 @@ void add(const char* name, const char* peer, double ns, int lanes) {
   o.ns = ns;
   o.lanes = lanes;
 }
-[[maybe_unused]] bool have(const char* name) {
-  for (int i = 0; i < nrows; ++i)
-    if (strcmp(rows[i].name, name) == 0) return true;
-  return false;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -344,6 +346,10 @@ int main(int argc, char** argv) {
   const char* filter = a < argc ? argv[a] : nullptr;
   double cyc = cycle_ns();
 
+  // Every row is timed in each of kRounds rounds over the whole list and
+  // keeps its best: the machine's speed drifts over seconds, and rounds
+  // seconds apart give each row, ours and the peer's alike, the same chances.
+  for (int round = 0; round < kRounds; ++round)
   for (const ExportRow& e : kExports) {
     const char* member = e.name + strlen("__ocl_ravl_l9_");
     bool plain = strcmp(e.cls, "plain") == 0, native = strcmp(e.cls, "native") == 0;
@@ -366,7 +372,7 @@ int main(int argc, char** argv) {
     void* pf = (e.width == s->width && strchr(e.sig, '*') == nullptr)
                    ? peer_of(e.family, e.cls, e.sig, peer, sizeof peer) : nullptr;
     if (extra) peer_of(e.family, e.cls, e.sig, peer, sizeof peer);
-    if (pf && !have(peer)) add(peer, "", s->run(pf, true), s->width);
+    if (pf) add(peer, "", s->run(pf, true), s->width);
 #endif
     if (extra) {
       // exp8 (two ymm in and out) and expf16: timed through the header's types.
