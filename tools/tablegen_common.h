@@ -37,6 +37,20 @@ inline void pow2_frac(mpfr_t v, int j, int n) {
   mpfr_exp2(v, v, MPFR_RNDN);
 }
 
+// (hi, lo): hi = v rounded to nearest on the grid 2^-k (fewer than 53
+// significant bits by the caller's choice of k), lo = RN(v - hi).
+inline void split_grid(mpfr_t v, int k, double* hi, double* lo) {
+  mpfr_t t;
+  mpfr_init2(t, kPrec);
+  mpfr_mul_2si(t, v, k, MPFR_RNDN);
+  mpfr_rint(t, t, MPFR_RNDN);
+  mpfr_mul_2si(t, t, -k, MPFR_RNDN);
+  *hi = mpfr_get_d(t, MPFR_RNDN);  // exact
+  mpfr_sub(t, v, t, MPFR_RNDN);
+  *lo = mpfr_get_d(t, MPFR_RNDN);
+  mpfr_clear(t);
+}
+
 // The opening of a table file: the header comment (whole "// ...\n" lines),
 // #pragma once, <stdint.h> and namespace ravl::<ns>.
 inline void open_file(const char* comment, const char* ns) {

@@ -17,18 +17,12 @@ void neg_log_ratio(mpfr_t v, int R, int b) {
   mpfr_neg(v, v, MPFR_RNDN);
 }
 
-// (a, b): a = v rounded to nearest on the grid 2^-k (fewer than 53 bits by
-// the caller's choice of k), b = RN(v - a).
+// The pair (a, b) of split_grid as bit patterns.
 void split(mpfr_t v, int k, uint64_t* ab) {
-  mpfr_t t;
-  mpfr_init2(t, kPrec);
-  mpfr_mul_2si(t, v, k, MPFR_RNDN);
-  mpfr_rint(t, t, MPFR_RNDN);
-  mpfr_mul_2si(t, t, -k, MPFR_RNDN);
-  ab[0] = bits64(mpfr_get_d(t, MPFR_RNDN));  // exact
-  mpfr_sub(t, v, t, MPFR_RNDN);
-  ab[1] = bits64(mpfr_get_d(t, MPFR_RNDN));
-  mpfr_clear(t);
+  double a, b;
+  split_grid(v, k, &a, &b);
+  ab[0] = bits64(a);
+  ab[1] = bits64(b);
 }
 
 }  // namespace

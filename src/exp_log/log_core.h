@@ -1,6 +1,6 @@
 // The parts the single logarithm families logf, log2f, log10f and log1pf
 // share: the single kernels (reduction, eight-interval tables, full and fast
-// paths), the bases' constants, the special-lane tests and the scalar
+// paths and their lane test), the bases' constants and the scalar
 // special-lane routines (exp_log/logd_core.h uses rcp_est and log_special
 // too), with the double reduction those scalar routines use.
 //
@@ -176,17 +176,6 @@ template <class Base> RAVL_INLINE int logf_scalar(const float* xp, float* rp) {
   return kStatusOk;
 }
 
-// ---- special-lane tests --------------------------------------------------------
-
-// Single lanes that are not positive normal numbers: one unsigned integer
-// compare of the bit pattern minus that of the smallest normal: positive
-// normals give 0 .. (largest finite - smallest normal), every other pattern
-// (sign set, zero, denormal, inf, NaN) more.
-template <int L> RAVL_INLINE Mask<float, L> special_bits(VF<L> x) {
-  using U = Vec<uint32_t, L>;
-  return as_uint(x) - U(0x00800000u) > U(0x7effffffu);
-}
-
 // ---- kernels shared by the single families ---------------------------------------
 //
 // Reduction of a positive normal single x, with Z0 = 0.70703125 (pattern
@@ -204,6 +193,9 @@ template <int L> struct SingleParts {
   VF<L> z, e, c;      // z, E, c_i
   Vec<int32_t, L> i;  // the interval in bits 0..2
 };
+template <int L> RAVL_INLINE VF<L> table8(const uint32_t* t, Vec<int32_t, L> i) {
+  return lookup8(reinterpret_cast<const float*>(t), i);
+}
 template <int L, class C> RAVL_INLINE SingleParts<L> reduce_single(VF<L> x, const C& k) {
   using I = Vec<int32_t, L>;
   I t = as_int(x) - get<I>(k.z0);
@@ -211,7 +203,7 @@ template <int L, class C> RAVL_INLINE SingleParts<L> reduce_single(VF<L> x, cons
   p.e = convert<float>(t >> 23);
   p.z = as_float<VF<L>>(as_int(x) - (t & get<I>(k.exp_field)));
   p.i = t >> 20;
-  p.c = lookup8(reinterpret_cast<const float*>(logtab::kLogInvCF), p.i);
+  p.c = table8(logtab::kLogInvCF, p.i);
   return p;
 }
 // 2^-E: pattern 0x3f800000 - (E << 23) = pattern(1) + pattern(z) - pattern(x),
@@ -219,9 +211,6 @@ template <int L, class C> RAVL_INLINE SingleParts<L> reduce_single(VF<L> x, cons
 // the paths that use it).
 template <int L, class C> RAVL_INLINE VF<L> two_to_minus_e(VF<L> x, const SingleParts<L>& p, const C& k) {
   return as_float<VF<L>>(as_int(get<VF<L>>(k.one)) + as_int(p.z) - as_int(x));
-}
-template <int L> RAVL_INLINE VF<L> table8(const uint32_t* t, Vec<int32_t, L> i) {
-  return lookup8(reinterpret_cast<const float*>(t), i);
 }
 
 // Taylor coefficients of ln(1 + r) in single for the single classes: c2 = -1/2,
@@ -247,6 +236,7 @@ template <class Base> struct SingleRows {
 };
 template <class Base> inline constexpr SingleRows<Base> kSingleRows{};
 
+// Single lanes that are not positive normal numbers (every single class's lane test).
 template <class Base, class V> RAVL_INLINE MaskOf<V> single_nonnormal(V x, const SingleRows<Base>& c) {
   using I = SIntOf<V>;
   return (as_int(x) + get<I>(c.nonnormal_add)) < get<I>(c.nonnormal_bound);
@@ -337,14 +327,9 @@ RAVL_INLINE VF<L> ln_single_fast(VF<L> x, VF<L> d0 = VF<L>(0.0f)) {
   return Base::combine(p.e, tq, get<V>(kq.k2), get<V>(kq.ke));
 }
 
-template <class Base> struct SingleFast : frame::Kernel {
-  using sig = float(float);
-  static constexpr bool has_callout = true;
+// The same lanes and scalar routine as the full class.
+template <class Base> struct SingleFast : SingleFull<Base> {
   template <int L> static RAVL_INLINE VF<L> vec(VF<L> x) { return ln_single_fast<Base>(x); }
-  template <int L> static RAVL_INLINE Mask<float, L> special(VF<L> x, VF<L>) {
-    return single_nonnormal(x, rows(kSingleRows<Base>));
-  }
-  static RAVL_INLINE int scalar(const float* x, float* r) { return logf_scalar<Base>(x, r); }
 };
 
 }  // namespace log_core

@@ -51,7 +51,9 @@ struct LogfHalf : frame::Kernel {
     V P = fma(fma(fma(fma(V(kP4), r, V(kP3)), r, V(kP2)), r, V(kP1)), r, V(kP0));
     return fma(e, V(f32_bits(logtab::kLn2f)), r * P);
   }
-  template <int L> static RAVL_INLINE Mask<float, L> special(VF<L> x, VF<L>) { return special_bits(x); }
+  template <int L> static RAVL_INLINE Mask<float, L> special(VF<L> x, VF<L>) {
+    return single_nonnormal(x, rows(kSingleRows<BaseE>));
+  }
   static RAVL_INLINE int scalar(const float* x, float* r) { return logf_scalar<BaseE>(x, r); }
 };
 

@@ -1,6 +1,6 @@
 // What the data-driven suites tell each other about a family: its MPFR
 // function and asserted bounds (accuracy_test.cpp), the points of its special
-// value table (special_test.cpp) and its exact reference (exact_test.cpp).
+// value table (edge_values_test.cpp) and its exact reference (exact_test.cpp).
 #pragma once
 
 #include <cstdint>
