@@ -111,6 +111,11 @@ const Range kRanges[] = {
     {"log10", 1e-300, 1e300, 0, 0, true},   {"log1p", 1e-10, 1e10, 0, 0, true},
     {"ldexp", -1e6, 1e6, -60, 60, false},   {"div", 0.5, 2, 0, 0, false},
     {"inv", 0.5, 2, 0, 0, false},           {"nan", 0, 0, 0, 1 << 20, false},
+    // The trigonometric functions on moderate arguments (a few hundred
+    // periods): every lane on the fast reduction of every family.
+    {"sin", -1000, 1000, 0, 0, false},      {"cos", -1000, 1000, 0, 0, false},
+    {"tan", -1000, 1000, 0, 0, false},      {"sincos", -1000, 1000, 0, 0, false},
+    {"sincosreg", -1000, 1000, 0, 0, false},
 };
 const double kDefaultLo = -1e6, kDefaultHi = 1e6;
 // Single families' exp/log ranges are clipped to what a float holds.

@@ -21,7 +21,8 @@ namespace {
 
 const std::map<std::string, MpfrFn> kMpfr = {
     {"exp", mpfr_exp},     {"exp2", mpfr_exp2}, {"exp10", mpfr_exp10}, {"expm1", mpfr_expm1},
-    {"log", mpfr_log},     {"log2", mpfr_log2}, {"log10", mpfr_log10}, {"log1p", mpfr_log1p}};
+    {"log", mpfr_log},     {"log2", mpfr_log2}, {"log10", mpfr_log10}, {"log1p", mpfr_log1p},
+    {"sin", mpfr_sin},     {"cos", mpfr_cos},   {"tan", mpfr_tan}};
 
 // Asserted max error, ulp; the measured maxima (2^24 samples or more) in the comments.
 const struct {
