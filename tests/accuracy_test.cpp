@@ -12,6 +12,7 @@
 #include <cfloat>
 #include <iomanip>
 #include <map>
+#include <set>
 
 #include "common/call.h"
 #include "common/tables.h"
@@ -22,7 +23,17 @@ namespace {
 const std::map<std::string, MpfrFn> kMpfr = {
     {"exp", mpfr_exp},     {"exp2", mpfr_exp2}, {"exp10", mpfr_exp10}, {"expm1", mpfr_expm1},
     {"log", mpfr_log},     {"log2", mpfr_log2}, {"log10", mpfr_log10}, {"log1p", mpfr_log1p},
-    {"sin", mpfr_sin},     {"cos", mpfr_cos},   {"tan", mpfr_tan}};
+    {"sin", mpfr_sin},     {"cos", mpfr_cos},   {"tan", mpfr_tan},     {"sincos", mpfr_sin},
+    {"sincosreg", mpfr_sin}};
+// The second result of the two-result families.
+const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sincosreg", mpfr_cos}};
+
+// Families whose results are odd (o) or even (e) in x, one letter per
+// result: f(-x) must be -f(x) or f(x) bit for bit at every finite x, in every
+// algorithm.
+const struct {
+  const char *family, *parity;
+} kParity[] = {{"sin", "o"}, {"cos", "e"}, {"tan", "o"}, {"sincos", "oe"}, {"sincosreg", "oe"}};
 
 // Asserted max error, ulp; the measured maxima (2^24 samples or more) in the comments.
 const struct {
@@ -172,18 +183,21 @@ template <class T> void check(const Row& row) {
   std::vector<uint64_t> x(in.size());
   for (size_t i = 0; i < in.size(); ++i) x[i] = bits(in[i]);
   const std::string name = member(row.range.family, row.cls, 16);
-  const std::vector<uint64_t> out = run_lanes(name, {x})[0];
-  UlpRef<T> ref(mpfr_of(row.range.family));
-  double worst = 0;
-  size_t at = 0;
-  for (size_t i = 0; i < in.size(); ++i) {
-    const double e = ref.ulp_error(in[i], from_bits<T>(out[i]));
-    if (!(e <= worst)) worst = e, at = i;
+  const Lanes outs = run_lanes(name, {x});
+  for (int k = 0; k < (int)outs.size() && mpfr_of(row.range.family, k); ++k) {
+    const std::vector<uint64_t>& out = outs[k];
+    UlpRef<T> ref(mpfr_of(row.range.family, k));
+    double worst = 0;
+    size_t at = 0;
+    for (size_t i = 0; i < in.size(); ++i) {
+      const double e = ref.ulp_error(in[i], from_bits<T>(out[i]));
+      if (!(e <= worst)) worst = e, at = i;
+    }
+    const T got = from_bits<T>(out[at]);
+    std::printf("%s result %d: max %.4g ulp over %zu inputs, worst x = %a (got %a, want %a)\n", name.c_str(), k, worst,
+                in.size(), (double)in[at], (double)got, (double)ref.correct(in[at]));
+    EXPECT_LE(worst, row.bound) << name << " result " << k << " at x = " << hex(in[at]) << ": got " << hex(got);
   }
-  const T got = from_bits<T>(out[at]);
-  std::printf("%s: max %.4g ulp over %zu inputs, worst x = %a (got %a, want %a)\n", name.c_str(), worst, in.size(),
-              (double)in[at], (double)got, (double)ref.correct(in[at]));
-  EXPECT_LE(worst, row.bound) << name << " at x = " << hex(in[at]) << ": got " << hex(got);
 }
 
 class Accuracy : public ::testing::TestWithParam<Row> {};
@@ -197,12 +211,45 @@ TEST_P(Accuracy, WithinBound) {
 
 INSTANTIATE_TEST_SUITE_P(, Accuracy, ::testing::ValuesIn(rows()), row_name);
 
+// Odd and even families, every algorithm at width 16 (through its first
+// class), on random bit patterns of every exponent and on the family's ranges.
+template <class T> void check_parity(const ExportRow& e, const char* parity) {
+  Rng g(std::hash<std::string>()(e.name));
+  std::vector<uint64_t> x, neg;
+  for (const Range& r : ranges())
+    for (int i = 0; i < (1 << 12) && r.family == std::string(e.family); ++i)
+      x.push_back(bits((T)(r.lo + (r.hi - r.lo) * (double)(g.next() >> 11) * 0x1p-53)));
+  for (int i = 0; i < (1 << 16); ++i) x.push_back(bits(from_bits<T>(g.next())));
+  x.erase(std::remove_if(x.begin(), x.end(), [](uint64_t b) { return !std::isfinite(from_bits<T>(b)); }), x.end());
+  for (uint64_t b : x) neg.push_back(bits(-from_bits<T>(b)));
+  const Lanes a = run_lanes(e.name + kPrefix, {x}), b = run_lanes(e.name + kPrefix, {neg});
+  const uint64_t sign = sizeof(T) == 8 ? 1ull << 63 : 1u << 31;
+  for (size_t k = 0; k < a.size() && parity[k]; ++k)
+    for (size_t i = 0, bad = 0; i < x.size() && bad < 5; ++i)
+      if (b[k][i] != (parity[k] == 'o' ? a[k][i] ^ sign : a[k][i]) && ++bad)
+        ADD_FAILURE() << e.name << " result " << k << " is not " << (parity[k] == 'o' ? "odd" : "even") << " at "
+                      << hex(from_bits<T>(x[i])) << ": " << hex(from_bits<T>(a[k][i])) << " and "
+                      << hex(from_bits<T>(b[k][i]));
+}
+
+TEST(Parity, OddAndEvenFamiliesBitForBit) {
+  std::set<std::string> seen;
+  for (const auto& p : kParity)
+    for (const std::string fam : {std::string(p.family), std::string(p.family) + "f"})
+      for (const ExportRow& e : kExports)
+        if (e.width == 16 && e.family == fam && seen.insert(fam + e.algorithm).second) {
+          if (callee(e.name + kPrefix)->shape.in_t[0] == kS) check_parity<float>(e, p.parity);
+          else check_parity<double>(e, p.parity);
+        }
+}
+
 }  // namespace
 
-MpfrFn mpfr_of(const std::string& family) {
-  auto it = kMpfr.find(family);
-  if (it == kMpfr.end() && !family.empty() && family.back() == 'f') it = kMpfr.find(family.substr(0, family.size() - 1));
-  return it == kMpfr.end() ? nullptr : it->second;
+MpfrFn mpfr_of(const std::string& family, int result) {
+  const std::map<std::string, MpfrFn>& m = result == 0 ? kMpfr : kMpfrSecond;
+  auto it = m.find(family);
+  if (it == m.end() && !family.empty() && family.back() == 'f') it = m.find(family.substr(0, family.size() - 1));
+  return it == m.end() || result > 1 ? nullptr : it->second;
 }
 
 double class_bound(const std::string& family, const std::string& algorithm) {
