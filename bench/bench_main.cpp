@@ -175,7 +175,13 @@ template <class T, int W> void store(int k, int i, V<T, W> v) { memcpy(out_buf[k
 // Register form R(A...) with optional second result through a pointer P
 // (void: none). Ours in the library's register convention, the peer (SLEEF,
 // pointers never) in the platform's C convention.
-template <class R, class P, class... A> struct Caller {
+// P = Regs<T>: the second result comes back in registers after the first.
+template <class T> struct Regs {};
+template <class P> struct SecondT { using type = P; static constexpr bool regs = false; };
+template <class T> struct SecondT<Regs<T>> { using type = T; static constexpr bool regs = true; };
+
+template <class R, class P0, class... A> struct Caller {
+  using P = typename SecondT<P0>::type;
   static constexpr int W = width_for<R, A...>();
   template <int... I> struct Seq {};
   static double run(void* fn, bool peer) {
@@ -190,8 +196,29 @@ template <class R, class P, class... A> struct Caller {
       if (peer)
         return time_loop(W, [&](int i) { store<R, W>(0, i, ((Peer)fn)(load<A, W>(I, i)...)); });
       return time_loop(W, [&](int i) { store<R, W>(0, i, ((Ours)fn)(load<A, W>(I, i)...)); });
+    } else if constexpr (SecondT<P0>::regs) {
+      typedef V<R, 2 * W>(OCL_RAVL_CC * Ours)(V<A, W>...);
+      if (!peer)
+        return time_loop(W, [&](int i) {
+          V<R, 2 * W> y = ((Ours)fn)(load<A, W>(I, i)...);
+          memcpy(out_buf[0] + i * sizeof(R), &y, W * sizeof(R));
+          memcpy(out_buf[1] + i * sizeof(R), (char*)&y + W * sizeof(R), W * sizeof(R));
+        });
+      return Caller<R, P, A...>::run(fn, true);
     } else {
       typedef V<R, W>(OCL_RAVL_CC * Ours)(V<A, W>..., P*);
+      // A peer with two results (sincos) returns them as a pair.
+      struct Pair {
+        V<R, W> a;
+        V<P, W> b;
+      };
+      typedef Pair (*Peer)(V<A, W>...);
+      if (peer)
+        return time_loop(W, [&](int i) {
+          Pair y = ((Peer)fn)(load<A, W>(I, i)...);
+          store<R, W>(0, i, y.a);
+          store<P, W>(1, i, y.b);
+        });
       return time_loop(W, [&](int i) {
         store<R, W>(0, i, ((Ours)fn)(load<A, W>(I, i)..., (P*)(out_buf[1] + i * sizeof(P))));
       });
@@ -221,6 +248,8 @@ const SigRow kSigs[] = {
     SIG("s(s,s,s)", float, void, float, float, float),
     SIG("d(d,i)", double, void, double, int32_t),
     SIG("s(s,i)", float, void, float, int32_t),
+    SIG("d,d(d)", double, Regs<double>, double),
+    SIG("s,s(s)", float, Regs<float>, float),
     SIG("d(d,*d)", double, double, double),
     SIG("s(s,*s)", float, float, float),
     SIG("d(d,*i)", double, int32_t, double),
@@ -286,6 +315,7 @@ void* peer_of(const char* family, const char* cls, const char* sig, char* name, 
   size_t len = strlen(base);
   bool single = sig[0] == 's';
   if (single && len > 1 && base[len - 1] == 'f') base[len - 1] = 0;
+  if (strcmp(base, "sincosreg") == 0) base[6] = 0;  // SLEEF has one sincos
   static const char* const plain[] = {"_u10", "", "_u05", "_u15"};
   static const char* const fast[] = {"_u35", "_u10", "", "_u05", "_u15"};
   bool native = strcmp(cls, "native") == 0;
@@ -374,7 +404,9 @@ int main(int argc, char** argv) {
     s->fill(r, divisor);
     char peer[64] = "";
 #ifndef _WIN32
-    void* pf = (e.width == s->width && strchr(e.sig, '*') == nullptr)
+    // Peers take no pointer; sincos's returns its pair.
+    bool pair = strncmp(e.family, "sincos", 6) == 0;
+    void* pf = (e.width == s->width && (strchr(e.sig, '*') == nullptr || pair))
                    ? peer_of(e.family, e.cls, e.sig, peer, sizeof peer) : nullptr;
     if (extra) peer_of(e.family, e.cls, e.sig, peer, sizeof peer);
     if (pf) add(peer, "", s->run(pf, true), s->width);
