@@ -334,7 +334,18 @@ void* peer_of(const char* family, const char* cls, const char* sig, char* name, 
 }
 #endif
 
-bool wanted(const char* filter, const char* name) { return !filter || strstr(name, filter); }
+// The filter: substrings of the member names, separated by '|'.
+bool wanted(const char* filter, const char* name) {
+  if (!filter) return true;
+  for (const char* p = filter;; ++p) {
+    const char* end = strchr(p, '|');
+    size_t n = end ? (size_t)(end - p) : strlen(p);
+    for (const char* q = name; n && *q; ++q)
+      if (strncmp(q, p, n) == 0) return true;
+    if (!end) return false;
+    p = end;
+  }
+}
 
 // A row timed again in a later round keeps its best time.
 void add(const char* name, const char* peer, double ns, int lanes) {
