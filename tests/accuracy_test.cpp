@@ -101,6 +101,13 @@ const struct {
     {"log1p", "fast", 2.7},     // 2.645 (x near 2^-11: T(1023) + r cancels to half)
     {"log1pf", "full", 0.67},   // 0.6602 (every single in (-1, 2^127))
     {"log1pf", "fast", 3.5},    // 3.419
+    // sin, cos: the degree-15 kernels on |r| <= pi/2 err by up to 1.66 (sin) and 1.77 (cos) ulp
+    // near |r| = pi/2 before rounding; the full-range path (0.503) and the scalar routine (0.504)
+    // are far inside.
+    {"sin", "full", 3.5},       // 3.274
+    {"sin", "fast", 6.2e7},     // 6.142e7 (relative 6.8e-9: the degree-9 kernel near |r| = pi/2)
+    {"cos", "full", 3.6},       // 3.430
+    {"cos", "fast", 6.2e7},     // 6.142e7
 };
 
 enum Sampling { kUniform, kBitPatterns, kEvery };
@@ -140,6 +147,19 @@ const Range kRanges[] = {
     {"log1pf", "moderate", -1, 3},
     {"log1pf", "wide", 1, kFMax, kBitPatterns},
     {"log1pf", "tiny", 0x1p-30, 1, kBitPatterns},
+    // sin and cos: the bench range, every binade of the fast reduction, the
+    // full-range reduction (inline in the plain class, the scalar routine in
+    // the reduced ones) up to DBL_MAX, and the tiny arguments. The points near
+    // multiples of pi/2 and around the bounds are special-value rows (their
+    // neighbourhoods are tested here).
+    {"sin", "moderate", -1000, 1000},
+    {"sin", "fast_binades", 0x1p-20, 0x1p24, kBitPatterns},
+    {"sin", "huge", 0x1p24, kDMax, kBitPatterns},
+    {"sin", "tiny", 0x1p-1074, 0x1p-20, kBitPatterns},
+    {"cos", "moderate", -1000, 1000},
+    {"cos", "fast_binades", 0x1p-20, 0x1p23, kBitPatterns},
+    {"cos", "huge", 0x1p23, kDMax, kBitPatterns},
+    {"cos", "tiny", 0x1p-1074, 0x1p-20, kBitPatterns},
 };
 // The logarithms: every positive normal, around 1 (where the result
 // cancels), and the denormals (the scalar routines).
