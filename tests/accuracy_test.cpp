@@ -73,6 +73,12 @@ const struct {
     {"log1p", "fast", 2.7},     // 2.645 (x near 2^-11: T(1023) + r cancels to half)
     {"log1pf", "full", 0.67},   // 0.6602 (every single in (-1, 2^127))
     {"log1pf", "fast", 3.5},    // 3.419
+    {"tan", "full", 3.1},             // 3.036 fast path (|x| <= 128000), 2.95 full-range path
+    {"tan", "fast", 2.2e5},           // 2.0e5 (relative 2.2e-11: the scaled rational of degree 5/4)
+    {"sincos", "full", 3.2},          // sine 3.18, cosine 3.17 (|r| up to pi/2 in the degree-15 kernel)
+    {"sincos", "fast", 6.2e7},        // 6.142e7 near +-1 (relative 6.8e-9: the degree-9 kernel at |r| = pi/2)
+    {"sincosreg", "full", 3.2},       // the bits of sincos
+    {"sincosreg", "fast", 6.2e7},     // the bits of sincos
 };
 
 enum Sampling { kUniform, kBitPatterns, kEvery };
@@ -107,6 +113,21 @@ const Range kRanges[] = {
     {"log1pf", "moderate", -1, 3},
     {"log1pf", "wide", 1, kFMax, kBitPatterns},
     {"log1pf", "tiny", 0x1p-30, 1, kBitPatterns},
+    // The trigonometric families: the fast path, the thresholds (tan 128000,
+    // sincos 2^23) and the full-range path above them up to DBL_MAX; the
+    // neighbours of odd multiples of pi/2 come from the special-value table.
+    {"tan", "moderate", -10, 10},
+    {"tan", "fast", -128000, 128000},
+    {"tan", "threshold", 127000, 129000},
+    {"tan", "huge", 128000, kDMax, kBitPatterns},
+    {"tan", "small", 0x1p-60, 1, kBitPatterns},
+    {"sincos", "moderate", -10, 10},
+    {"sincos", "fast", -8388608, 8388608},
+    {"sincos", "threshold", 8388000, 8389000},
+    {"sincos", "huge", 8388608, kDMax, kBitPatterns},
+    {"sincos", "small", 0x1p-60, 1, kBitPatterns},
+    {"sincosreg", "moderate", -10, 10},
+    {"sincosreg", "huge", 8388608, kDMax, kBitPatterns},
 };
 // The logarithms: every positive normal, around 1 (where the result
 // cancels), and the denormals (the scalar routines).
