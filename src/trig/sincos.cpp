@@ -20,12 +20,15 @@
 // +-0 -> +-0 and 1; 0 < |x| < 2^-252 -> x rounded toward 0 and 1 - |x|;
 // other finite x -> the scalar reduction and double-double kernel.
 //
-// Classes and measured max errors against MPFR (sine / cosine; see
-// tests/accuracy_test.cpp for the asserted bounds):
-//   plain            full   fast path 0.80 / 0.81 ulp, full-range path 0.51 / 0.51 ulp
-//   _native, _rm     fast   fast path 1.3e3 ulp near multiples of pi (absolute
-//                           error 6e-14: the second piece of pi is the last);
-//                           the scalar routine within 0.51 ulp
+// Classes and measured max errors against MPFR (sine / cosine, 10^6 inputs a
+// range; tests/accuracy_test.cpp keeps and asserts the bounds):
+//   plain            full   fast path 3.18 / 3.19 ulp (results near +-1 from
+//                           |r| near pi/2, where the degree-15 sum of terms of
+//                           size 1 carries its roundings; cos of a tiny x is
+//                           1 - 2^-53), full-range path 0.502 / 0.502 ulp
+//   _native, _rm     fast   fast path 6.14e7 ulp (relative 6.8e-9: the degree-9
+//                           kernel at |r| near pi/2); the scalar routine's
+//                           lanes 0.503 / 0.503 ulp
 #include "frame/entry.h"
 #include "trig/trigd_reduce.h"
 
@@ -38,7 +41,7 @@ namespace sincos_detail {
 constexpr double kInvPi = f64_bits(0x3fd45f306dc9c883ull);
 // 1.5 * 2^52 (0x4338000000000000): a/pi + kShift rounds to the integer N
 // (a <= 2^23, N < 2^22), held in the low bits of the sum.
-constexpr double kShift = f64_bits(0x4338000000000000ull);
+constexpr double kShift = trigd::kShift52;
 // pi in three pieces: pi1 = RN(pi) = 3.1415926535897931 (0x400921fb54442d18),
 // pi2 = 1.224646799147353e-16 (0x3ca1a62633145c06, the rest rounded down),
 // pi3 = 2.1657133478438281e-32 (0x395c1cd129024e09, RN of what is left): the
@@ -85,28 +88,51 @@ inline constexpr SincosFastRows kSincosFastRows{};
 // pieces: rs = a - N pi, rc = a - (N +- 1/2) pi, the half taking the sign of
 // a - N pi1 - N pi2 (+ for +0). The sine is (-1)^N sin(rs) with the sign of
 // x; the cosine (-1)^N sin(rc), negated when the half was added (sin(rs -
-// pi/2) = -cos rs). kernel(r) is sin r on |r| <= pi/2; x = +-0 gets the
-// cosine 1 exactly.
-template <int kPieces, class V, class R, class K> RAVL_INLINE Two<V, V> sincos_fast(V x, const R& c, K kernel) {
+// pi/2) = -cos rs). kernel(rs, rc) is sin of both on |r| <= pi/2, the two
+// Horner chains interleaved (each coefficient read once for both); x = +-0
+// gets the cosine 1 exactly.
+template <int kPieces, class V, class R, class K> RAVL_INLINE Two<V, V> sincos_fast(V x, const R& rows0, K kernel) {
   using U = UIntOf<V>;
-  const U sign = get<U>(c.sign);
+  const R& c = rows(rows0);
   const V a = as_float<V>(as_uint(x) & get<U>(c.abs));
   const V t = fma(a, get<V>(c.inv_pi), get<V>(c.shift));
   const V n = t - get<V>(c.shift);
-  const U parity = as_uint(t) << 63;
   V rs = fnma(n, get<V>(c.pi1), a);
   rs = fnma(n, get<V>(c.pi2), rs);
-  const U side = as_uint(rs) & sign;
+  const U side = as_uint(rs) & get<U>(c.sign);
   const V nc = n + as_float<V>(as_uint(get<V>(c.half)) | side);
-  V rc = fnma(nc, get<V>(c.pi1), a);
-  rc = fnma(nc, get<V>(c.pi2), rc);
-  if constexpr (kPieces == 3) {
-    rs = fnma(n, get<V>(c.pi3), rs);
-    rc = fnma(nc, get<V>(c.pi3), rc);
+  if constexpr (kPieces == 3) rs = fnma(n, get<V>(c.pi3), rs);
+  // The signs of the two results as words to exclusive-or in, formed here
+  // (the empty asms keep the compiler from re-associating them with the
+  // results, which would hold the parts in registers until the end).
+  const U parity = as_uint(t) << 63;
+  U sign_s = parity ^ (as_uint(x) & get<U>(c.sign));
+  U sign_c = parity ^ side ^ get<U>(c.sign);
+  __asm__("" : "+x"(sign_s), "+x"(sign_c));
+  // The cosine's reduction reads the pieces again (each constant stays a
+  // memory operand instead of a register held across both reductions).
+  const R& c2 = rows(rows0);
+  V rc = fnma(nc, get<V>(c2.pi1), a);
+  rc = fnma(nc, get<V>(c2.pi2), rc);
+  if constexpr (kPieces == 3) rc = fnma(nc, get<V>(c2.pi3), rc);
+  Two<V, V> k = kernel(rs, rc);
+  const V s = as_float<V>(as_uint(k.first) ^ sign_s);
+  const V co = as_float<V>(as_uint(k.second) ^ sign_c);
+  return {s, select(x == V(0.0), get<V>(c2.one), co)};
+}
+
+// sin r ~ fma(P(r^2) r^2, r, r) for r = rs and r = rc, P = c_0 + c_1 z + ...
+// (coefficients from the highest) by Horner, the two chains interleaved.
+template <class V, class R, int N>
+RAVL_INLINE Two<V, V> odd_poly2(V rs, V rc, const R& c, const Row<double> R::*const (&coef)[N]) {
+  const V zs = rs * rs, zc = rc * rc;
+  V ps = get<V>(c.*coef[0]), pc = ps;
+  for (int k = 1; k < N; ++k) {
+    const V ck = get<V>(c.*coef[k]);
+    ps = fma(ps, zs, ck);
+    pc = fma(pc, zc, ck);
   }
-  const V s = as_float<V>(as_uint(kernel(rs)) ^ parity ^ (as_uint(x) & sign));
-  const V co = as_float<V>(as_uint(kernel(rc)) ^ parity ^ side ^ sign);
-  return {s, select(x == V(0.0), get<V>(c.one), co)};
+  return {fma(ps * zs, rs, rs), fma(pc * zc, rc, rc)};
 }
 
 // The scalar routine of every member of both families: the sine to *sp, the
@@ -145,16 +171,10 @@ template <class Sig> struct SincosFull : SincosBase<kSincosFullRows, Sig> {
   template <int L> static RAVL_INLINE Two<Vec<double, L>, Vec<double, L>> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
     const SincosFullRows& c = rows(kSincosFullRows);
-    return sincos_fast<3>(x, c, [&](V r) {
-      const V z = r * r;
-      V p = fma(get<V>(c.c7), z, get<V>(c.c6));
-      p = fma(p, z, get<V>(c.c5));
-      p = fma(p, z, get<V>(c.c4));
-      p = fma(p, z, get<V>(c.c3));
-      p = fma(p, z, get<V>(c.c2));
-      p = fma(p, z, get<V>(c.c1));
-      return fma(p * z, r, r);
-    });
+    static constexpr const Row<double> SincosFullRows::*kCoef[] = {
+        &SincosFullRows::c7, &SincosFullRows::c6, &SincosFullRows::c5, &SincosFullRows::c4,
+        &SincosFullRows::c3, &SincosFullRows::c2, &SincosFullRows::c1};
+    return sincos_fast<3>(x, c, [&](V rs, V rc) { return odd_poly2(rs, rc, rows(c), kCoef); });
   }
   template <int L>
   static RAVL_INLINE Mask<double, L> settle(Mask<double, L> flagged, Vec<double, L> x,
@@ -180,13 +200,9 @@ template <class Sig> struct SincosFast : SincosBase<kSincosFastRows, Sig> {
   template <int L> static RAVL_INLINE Two<Vec<double, L>, Vec<double, L>> vec(Vec<double, L> x) {
     using V = Vec<double, L>;
     const SincosFastRows& c = rows(kSincosFastRows);
-    return sincos_fast<2>(x, c, [&](V r) {
-      const V z = r * r;
-      V p = fma(get<V>(c.d4), z, get<V>(c.d3));
-      p = fma(p, z, get<V>(c.d2));
-      p = fma(p, z, get<V>(c.d1));
-      return fma(p * z, r, r);
-    });
+    static constexpr const Row<double> SincosFastRows::*kCoef[] = {&SincosFastRows::d4, &SincosFastRows::d3,
+                                                                   &SincosFastRows::d2, &SincosFastRows::d1};
+    return sincos_fast<2>(x, c, [&](V rs, V rc) { return odd_poly2(rs, rc, rows(c), kCoef); });
   }
 };
 
