@@ -103,6 +103,7 @@ struct Range {
   double lo, hi;
   int64_t ilo, ihi;
   bool geometric;
+  double ylo = 0, yhi = 0;  // a second floating argument's range, when ylo < yhi
 };
 const Range kRanges[] = {
     {"exp", -700, 700, 0, 0, false},        {"exp2", -1000, 1000, 0, 0, false},
@@ -116,6 +117,10 @@ const Range kRanges[] = {
     {"sin", -1000, 1000, 0, 0, false},      {"cos", -1000, 1000, 0, 0, false},
     {"tan", -1000, 1000, 0, 0, false},      {"sincos", -1000, 1000, 0, 0, false},
     {"sincosreg", -1000, 1000, 0, 0, false},
+    // Powers: x^y with results well inside the single range; pown's and
+    // rootn's integer second argument.
+    {"pow", 0.01, 100, 0, 0, false, -20, 20},  {"powr", 0.01, 100, 0, 0, false, -20, 20},
+    {"pown", -10, 10, -20, 20, false},         {"rootn", 0.01, 1e6, 2, 16, false},
 };
 const double kDefaultLo = -1e6, kDefaultHi = 1e6;
 // Single families' exp/log ranges are clipped to what a float holds.
@@ -124,11 +129,12 @@ const double kFloatMax = 1e30;
 alignas(64) unsigned char in_buf[3][kElems * 8];
 alignas(64) unsigned char out_buf[2][kElems * 8];
 
-template <class T> void fill(unsigned char* buf, const Range& r, bool divisor) {
+template <class T> void fill(unsigned char* buf, const Range& r, bool divisor, bool second) {
   T* p = (T*)buf;
   for (int i = 0; i < kElems; ++i) {
     if constexpr ((T)0.5 != 0) {
       double lo = r.lo, hi = r.hi;
+      if (second && r.ylo < r.yhi) lo = r.ylo, hi = r.yhi;
       if (sizeof(T) == 4) {
         lo = lo < -kFloatMax ? -kFloatMax : lo > kFloatMax ? kFloatMax : lo;
         hi = hi > kFloatMax ? kFloatMax : hi < -kFloatMax ? -kFloatMax : hi;
@@ -175,7 +181,13 @@ template <class T, int W> void store(int k, int i, V<T, W> v) { memcpy(out_buf[k
 // Register form R(A...) with optional second result through a pointer P
 // (void: none). Ours in the library's register convention, the peer (SLEEF,
 // pointers never) in the platform's C convention.
-template <class R, class P, class... A> struct Caller {
+// P = Regs<T>: the second result comes back in registers after the first.
+template <class T> struct Regs {};
+template <class P> struct SecondT { using type = P; static constexpr bool regs = false; };
+template <class T> struct SecondT<Regs<T>> { using type = T; static constexpr bool regs = true; };
+
+template <class R, class P0, class... A> struct Caller {
+  using P = typename SecondT<P0>::type;
   static constexpr int W = width_for<R, A...>();
   template <int... I> struct Seq {};
   static double run(void* fn, bool peer) {
@@ -190,8 +202,29 @@ template <class R, class P, class... A> struct Caller {
       if (peer)
         return time_loop(W, [&](int i) { store<R, W>(0, i, ((Peer)fn)(load<A, W>(I, i)...)); });
       return time_loop(W, [&](int i) { store<R, W>(0, i, ((Ours)fn)(load<A, W>(I, i)...)); });
+    } else if constexpr (SecondT<P0>::regs) {
+      typedef V<R, 2 * W>(OCL_RAVL_CC * Ours)(V<A, W>...);
+      if (!peer)
+        return time_loop(W, [&](int i) {
+          V<R, 2 * W> y = ((Ours)fn)(load<A, W>(I, i)...);
+          memcpy(out_buf[0] + i * sizeof(R), &y, W * sizeof(R));
+          memcpy(out_buf[1] + i * sizeof(R), (char*)&y + W * sizeof(R), W * sizeof(R));
+        });
+      return Caller<R, P, A...>::run(fn, true);
     } else {
       typedef V<R, W>(OCL_RAVL_CC * Ours)(V<A, W>..., P*);
+      // A peer with two results (sincos) returns them as a pair.
+      struct Pair {
+        V<R, W> a;
+        V<P, W> b;
+      };
+      typedef Pair (*Peer)(V<A, W>...);
+      if (peer)
+        return time_loop(W, [&](int i) {
+          Pair y = ((Peer)fn)(load<A, W>(I, i)...);
+          store<R, W>(0, i, y.a);
+          store<P, W>(1, i, y.b);
+        });
       return time_loop(W, [&](int i) {
         store<R, W>(0, i, ((Ours)fn)(load<A, W>(I, i)..., (P*)(out_buf[1] + i * sizeof(P))));
       });
@@ -199,7 +232,7 @@ template <class R, class P, class... A> struct Caller {
   }
   static void fill_inputs(const Range& r, bool int_divisor) {
     int k = 0;
-    ((fill<A>(in_buf[k], r, int_divisor && k == 1), ++k), ...);
+    ((fill<A>(in_buf[k], r, int_divisor && k == 1, k == 1), ++k), ...);
   }
 };
 
@@ -221,6 +254,8 @@ const SigRow kSigs[] = {
     SIG("s(s,s,s)", float, void, float, float, float),
     SIG("d(d,i)", double, void, double, int32_t),
     SIG("s(s,i)", float, void, float, int32_t),
+    SIG("d,d(d)", double, Regs<double>, double),
+    SIG("s,s(s)", float, Regs<float>, float),
     SIG("d(d,*d)", double, double, double),
     SIG("s(s,*s)", float, float, float),
     SIG("d(d,*i)", double, int32_t, double),
@@ -254,8 +289,9 @@ const SigRow* sig_row(const char* sig) {
   return nullptr;
 }
 
+Range default_range;  // constant-initialized: no guard
 const Range& range_of(const char* family, const char* sig) {
-  static Range def;
+  Range& def = default_range;
   char base[48];
   snprintf(base, sizeof base, "%s", family);
   size_t n = strlen(base);
@@ -286,6 +322,7 @@ void* peer_of(const char* family, const char* cls, const char* sig, char* name, 
   size_t len = strlen(base);
   bool single = sig[0] == 's';
   if (single && len > 1 && base[len - 1] == 'f') base[len - 1] = 0;
+  if (strcmp(base, "sincosreg") == 0) base[6] = 0;  // SLEEF has one sincos
   static const char* const plain[] = {"_u10", "", "_u05", "_u15"};
   static const char* const fast[] = {"_u35", "_u10", "", "_u05", "_u15"};
   bool native = strcmp(cls, "native") == 0;
@@ -304,7 +341,18 @@ void* peer_of(const char* family, const char* cls, const char* sig, char* name, 
 }
 #endif
 
-bool wanted(const char* filter, const char* name) { return !filter || strstr(name, filter); }
+// The filter: substrings of the member names, separated by '|'.
+bool wanted(const char* filter, const char* name) {
+  if (!filter) return true;
+  for (const char* p = filter;; ++p) {
+    const char* end = strchr(p, '|');
+    size_t n = end ? (size_t)(end - p) : strlen(p);
+    for (const char* q = name; n && *q; ++q)
+      if (strncmp(q, p, n) == 0) return true;
+    if (!end) return false;
+    p = end;
+  }
+}
 
 // A row timed again in a later round keeps its best time.
 void add(const char* name, const char* peer, double ns, int lanes) {
@@ -374,7 +422,9 @@ int main(int argc, char** argv) {
     s->fill(r, divisor);
     char peer[64] = "";
 #ifndef _WIN32
-    void* pf = (e.width == s->width && strchr(e.sig, '*') == nullptr)
+    // Peers take no pointer; sincos's returns its pair.
+    bool pair = strncmp(e.family, "sincos", 6) == 0;
+    void* pf = (e.width == s->width && (strchr(e.sig, '*') == nullptr || pair))
                    ? peer_of(e.family, e.cls, e.sig, peer, sizeof peer) : nullptr;
     if (extra) peer_of(e.family, e.cls, e.sig, peer, sizeof peer);
     if (pf) add(peer, "", s->run(pf, true), s->width);

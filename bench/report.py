@@ -9,7 +9,8 @@ BUILD_DIR/bench/ravl_bench_win.exe under Wine (the DLL), then for each of our
 entries takes the common path out of the binary (from the entry to its first
 return, following the branch that does not leave for the slow twin), puts in
 front of it the loads that give it fresh arguments (as each call of the
-benchmark has), and asks llvm-mca (-mcpu=znver3) for its steady-state cycles
+benchmark has), and asks llvm-mca for its steady-state cycles on the model of
+the processor it runs on (RAVL_MCA_CPU overrides: e.g. znver3)
 per run and what bounds it. Prints a
 markdown table: ns/element and the ratio to the peer on both binaries, cycles
 per call, and (call floor + mca bound), where the call floor is the median,
@@ -26,6 +27,8 @@ import re
 import subprocess
 import sys
 
+# llvm-mca's processor model: the host's (the benchmark's machine) unless set.
+MCA_CPU = os.environ.get("RAVL_MCA_CPU", "native")
 BUILD = sys.argv[1] if len(sys.argv) > 1 else "build"
 FILTER = sys.argv[2:3]
 
@@ -148,7 +151,7 @@ def mca(lines):
     if not lines:
         return None, "?"
     iters = 200
-    out = subprocess.run(["llvm-mca", "-mcpu=znver3", f"-iterations={iters}"], input="\n".join(lines) + "\n",
+    out = subprocess.run(["llvm-mca", f"-mcpu={MCA_CPU}", f"-iterations={iters}"], input="\n".join(lines) + "\n",
                          check=True, capture_output=True, text=True).stdout
     cycles = float(re.search(r"Total Cycles:\s+([0-9]+)", out).group(1)) / iters
     uops = float(re.search(r"Total uOps:\s+([0-9]+)", out).group(1)) / iters
@@ -194,7 +197,7 @@ def main():
     so_floor = floor(so_rows, so_cyc, so_funcs, so_addr, "so")
     dll_floor = floor(dll_rows, dll_cyc, dll_funcs, dll_addr, "dll")
     print(f"one cycle: {so_cyc:.3f} ns (.so run), {dll_cyc:.3f} ns (DLL run); call floor "
-          f"{so_floor:.1f} cycles (.so), {dll_floor:.1f} (DLL); llvm-mca -mcpu=znver3\n")
+          f"{so_floor:.1f} cycles (.so), {dll_floor:.1f} (DLL); llvm-mca -mcpu={MCA_CPU}\n")
     print("| entry | ns | peer ns | ratio | cycles | floor+mca | bound by | DLL ns | DLL ratio | DLL cycles "
           "| DLL floor+mca | goal |")
     print("|---|---|---|---|---|---|---|---|---|---|---|---|")

@@ -45,12 +45,6 @@ constexpr float kOverflowf = f32_bits(0x42b17217u);
 
 // ---- scalar-routine steps ------------------------------------------------------
 
-// Values the compiler may not fold, so that the overflow and underflow
-// products below are computed at run time and raise their flags.
-RAVL_INLINE double opaque(double v) {
-  __asm__("" : "+x"(v));
-  return v;
-}
 // DBL_MAX (0x7fefffffffffffff); its square is +infinity with overflow.
 constexpr double kHuge = f64_bits(0x7fefffffffffffffull);
 // DBL_MIN + 1 ulp (0x0010000000000001); its square is +0 with underflow.

@@ -84,12 +84,6 @@ template <int L> RAVL_INLINE Reduced<L> reduce(Vec<double, L> x) {
 
 // ---- the scalar routine ------------------------------------------------------------
 
-// Values the compiler may not fold, so that the pole and domain results below
-// are computed at run time and raise their flags.
-RAVL_INLINE double opaque(double v) {
-  __asm__("" : "+x"(v));
-  return v;
-}
 
 // ln2 = kSLn2Hi + kSLn2Lo: kSLn2Hi = 0.6931471805598903 (0x3fe62e42fefa3800)
 // has 42 significant bits, so e kSLn2Hi is exact for |e| < 2^11;
@@ -142,24 +136,9 @@ RAVL_INLINE double q_poly(double t) {
 // that for e = -1 the constant part is exactly zero.
 RAVL_INLINE int log_scalar(const double* xp, double* rp) {
   double x = *xp;
+  int status;
+  if (logd::log_special(x, rp, &status)) return status;
   uint64_t ix = bits_of(x);
-  if (x != x) {  // NaN: quietened
-    *rp = x * x;
-    return kStatusOk;
-  }
-  if ((ix << 1) == 0) {  // +-0: pole
-    *rp = -1.0 / opaque(0.0);
-    return kStatusPole;
-  }
-  if (ix >> 63) {  // x < 0, -infinity included: domain error
-    double z = opaque(0.0);
-    *rp = z / z;
-    return kStatusDomain;
-  }
-  if (ix == 0x7ff0000000000000ull) {  // +infinity
-    *rp = x;
-    return kStatusOk;
-  }
   int64_t e = (int64_t)(ix >> 52);
   if (e == 0) {  // denormal: x 2^60 is normal and exact
     ix = bits_of(x * kTwo60);

@@ -184,7 +184,7 @@ struct Log1pFull : frame::Kernel {
   static RAVL_INLINE int scalar(const double* xp, double* rp) {
     double x = *xp;
     int status;
-    if (log_core::log1p_special(x, rp, &status)) return status;
+    if (logd::log1p_special(x, rp, &status)) return status;
     if (x > kBig) {
       // ln(1 + x) = ln x + 1/x with 1/x < 2^-1000: ln(x 2^-512) + 512 ln 2.
       const Log1pFullRows& k = rows(kLog1pFullRows);

@@ -17,6 +17,7 @@
 // where -log_b(R/B) comes from a table with one row per R (|-ln(R/B)| < 0.347).
 #pragma once
 
+#include "exp_log/logd_core.h"
 #include "frame/entry.h"
 #include "tables/log.h"
 #include "tables/logtab.h"
@@ -26,56 +27,9 @@ namespace log_core {
 
 template <int L> using VD = Vec<double, L>;
 template <int L> using VF = Vec<float, L>;
-
-// A value the compiler may not fold, so that the pole and domain results
-// below are computed at run time and raise their flags.
-template <class T> RAVL_INLINE T opaque(T v) {
-  __asm__("" : "+x"(v));
-  return v;
-}
-
-// The hardware reciprocal estimate on 2, 4 or 8 single lanes.
-template <int L> RAVL_INLINE VF<L> rcp_est(VF<L> x) {
-  if constexpr (L == 2) return slice<0, 2>(rcp_approx(join(x, x)));
-  else return rcp_approx(x);
-}
-
-template <int L> struct Parts {
-  VD<L> r, e;                  // r = R m' - 1 (exact) and E' (an integer)
-  Vec<int64_t, L> row;         // R - 512, the table row
-};
-
-template <int L> RAVL_INLINE Parts<L> reduce(VD<L> x) {
-  using V = VD<L>;
-  using U = Vec<uint64_t, L>;
-  using I = Vec<int64_t, L>;
-  V m = as_float<V>((as_uint(x) & U(0x000fffffffffffffull)) | U(0x3f50000000000000ull));
-  V R = round_imm<8>(convert<double>(rcp_est(convert<float>(m))));  // nearest integer
-  Parts<L> p;
-  p.r = fms(R, m, V(1.0));
-  // The exponent field as a double: placed under 2^52, minus 2^52.
-  V e = as_float<V>((as_uint(x) >> 52) | U(0x4330000000000000ull)) - V(0x1p52);
-  p.e = e - select(R > V(724.0), V(1023.0), V(1022.0));
-  // R = 512 (1 + k/512) has k in mantissa bits 43..51.
-  p.row = (as_int(R) - I(0x4080000000000000ll)) >> 43;
-  return p;
-}
-
-// Taylor coefficients of ln(1 + r) = r + r^2 (c2 + c3 r + c4 r^2 + ...).
-constexpr double kC2 = -0.5;
-constexpr double kC3 = f64_bits(0x3fd5555555555555ull);   // 1/3
-constexpr double kC4 = -0.25;
-
-// -ln(R/B) + ln(1 + r), with the single-word table kLogFast (src/tables/log.h)
-// and the Taylor polynomial of degree 4: truncation r^5/5 at |r| < 2^-9.2,
-// relative 2^-41.
-template <int L> RAVL_INLINE VD<L> ln_tq(const Parts<L>& p) {
-  using V = VD<L>;
-  V t = gather(reinterpret_cast<const double*>(log_tables::kLogFast), p.row);
-  V r = p.r, r2 = r * r;
-  V c = fma(r, fma(r, V(kC4), V(kC3)), V(kC2));
-  return t + fma(r2, c, r);
-}
+using logd::log1p_special;
+using logd::log_special;
+using logd::rcp_est;
 
 // ---- bases: log_b(x) from E' and tq = -ln(R/B) + ln(1 + r) ----------------
 
@@ -123,56 +77,29 @@ struct Base10 {
 
 // ---- the scalar routines -----------------------------------------------------
 
-// Special inputs shared by every logarithm (C99 F.9.3.7, OpenCL): NaN ->
-// quiet NaN; +inf -> +inf; +-0 -> -inf (pole); x < 0 or -inf -> NaN (domain).
-// Returns true when *rp and *status are set.
-template <class T> RAVL_INLINE bool log_special(T x, T* rp, int* status) {
-  if (x != x) {
-    *rp = x + x;
-    *status = kStatusOk;
-    return true;
-  }
-  if (x == (T)__builtin_inf()) {
-    *rp = x;
-    *status = kStatusOk;
-    return true;
-  }
-  if (x == 0) {
-    *rp = (T)-1 / opaque((T)0);
-    *status = kStatusPole;
-    return true;
-  }
-  if (x < 0) {
-    T z = opaque(x) - x;  // 0 for finite x, NaN for -inf
-    *rp = z / z;          // invalid: NaN
-    *status = kStatusDomain;
-    return true;
-  }
-  return false;
-}
-
-// Special inputs of ln(1 + x) (C99 F.9.3.9, OpenCL): NaN -> quiet NaN; +inf ->
-// +inf; -1 -> -inf (pole); x < -1 or -inf -> NaN (domain). Returns true when
-// *rp and *status are set.
-template <class T> RAVL_INLINE bool log1p_special(T x, T* rp, int* status) {
-  if (x != x || x == (T)__builtin_inf()) {
-    *rp = x + x;
-    *status = kStatusOk;
-    return true;
-  }
-  if (x <= (T)-1) return log_special(x + 1, rp, status);  // -1 -> +-0 (pole), below -> domain
-  return false;
-}
-
 // The single routine of logf, log2f and log10f (every class): the double
 // reduction and the degree-4 polynomial in double (relative error below 2^-40),
 // rounded once to single; a single denormal is a normal double.
+struct ScalarRows : logd::ReduceRows {
+  Row<double> bias = row(logd::kBias1022);
+  Row<uint64_t> r724 = row<uint64_t>(0x4086a00000000000ull);  // bits(724.0): above it the rows hold -ln(R/1024)
+};
+inline constexpr ScalarRows kScalarRows{};
+// Taylor coefficients of ln(1 + r) = r + r^2 (c2 + c3 r + c4 r^2): truncation
+// r^5/5 at |r| < 2^-9.2, relative 2^-41.
+constexpr double kC2 = -0.5;
+constexpr double kC3 = f64_bits(0x3fd5555555555555ull);  // 1/3
+constexpr double kC4 = -0.25;
+
 template <class Base> RAVL_INLINE int logf_scalar(const float* xp, float* rp) {
   float x = *xp;
   int status;
   if (log_special(x, rp, &status)) return status;
-  Parts<2> p = reduce(VD<2>((double)x));
-  *rp = (float)Base::combine(p.e, ln_tq(p))[0];
+  using V = VD<2>;
+  logd::Parts<2> p = logd::reduce<true>(V((double)x), kScalarRows);
+  // tq = -ln(R/B) + ln(1 + r), B = 512 or 1024 as E' has it.
+  V r = p.r, tq = logd::row8(log_tables::kLogFast, p) + fma(r * r, fma(r, fma(r, V(kC4), V(kC3)), V(kC2)), r);
+  *rp = (float)Base::combine(p.e, tq)[0];
   return kStatusOk;
 }
 

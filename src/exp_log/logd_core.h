@@ -25,8 +25,9 @@
 // 0x810000 or 0x408000 bytes.
 #pragma once
 
-#include "exp_log/log_core.h"
+#include "frame/entry.h"
 #include "tables/logd.h"
+#include "tables/logtab.h"
 
 namespace ravl {
 namespace logd {
@@ -34,6 +35,54 @@ namespace logd {
 template <int L> using VD = Vec<double, L>;
 template <int L> using UD = Vec<uint64_t, L>;
 template <int L> using ID = Vec<int64_t, L>;
+
+// The hardware reciprocal estimate on 2, 4 or 8 single lanes.
+template <int L> RAVL_INLINE Vec<float, L> rcp_est(Vec<float, L> x) {
+  if constexpr (L == 2) return slice<0, 2>(rcp_approx(join(x, x)));
+  else return rcp_approx(x);
+}
+
+// Special inputs shared by every logarithm (C99 F.9.3.7, OpenCL): NaN ->
+// quiet NaN; +inf -> +inf; +-0 -> -inf (pole); x < 0 or -inf -> NaN (domain).
+// Returns true when *rp and *status are set.
+template <class T> RAVL_INLINE bool log_special(T x, T* rp, int* status) {
+  if (x != x) {
+    *rp = x + x;
+    *status = kStatusOk;
+    return true;
+  }
+  if (x == (T)__builtin_inf()) {
+    *rp = x;
+    *status = kStatusOk;
+    return true;
+  }
+  if (x == 0) {
+    *rp = (T)-1 / opaque((T)0);
+    *status = kStatusPole;
+    return true;
+  }
+  if (x < 0) {
+    T z = opaque(x) - x;  // 0 for finite x, NaN for -inf
+    *rp = z / z;          // invalid: NaN
+    *status = kStatusDomain;
+    return true;
+  }
+  return false;
+}
+
+// Special inputs of ln(1 + x) (C99 F.9.3.9, OpenCL): NaN -> quiet NaN; +inf ->
+// +inf; -1 -> -inf (pole); x < -1 or -inf -> NaN (domain). Returns true when
+// *rp and *status are set.
+template <class T> RAVL_INLINE bool log1p_special(T x, T* rp, int* status) {
+  if (x != x || x == (T)__builtin_inf()) {
+    *rp = x + x;
+    *status = kStatusOk;
+    return true;
+  }
+  if (x <= (T)-1) return log_special(x + 1, rp, status);  // -1 -> +-0 (pole), below -> domain
+  return false;
+}
+
 
 // Row R - 512 of a table of one double per R (row8), or of a pair (a, b) per
 // R (row16), for the R of p.rbits: the offset of R = 512 (bits
@@ -98,7 +147,7 @@ RAVL_INLINE Parts<L> reduce(VD<L> x, const C& c, Then then = {}) {
   // as the compiler knows), so x is dead once m is formed.
   __asm__("" : "+x"(ux) : "x"(E));
   V m = as_float<V>((ux & get<U>(c.frac)) | get<U>(c.exp_m10));
-  V R = round_imm<8>(convert<double>(log_core::rcp_est(convert<float>(m))));  // nearest integer
+  V R = round_imm<8>(convert<double>(rcp_est(convert<float>(m))));  // nearest integer
   Parts<L> p;
   p.r = fms(R, m, get<V>(c.one));
   p.rbits = as_uint(R);
@@ -171,12 +220,12 @@ template <class Base> struct Full : frame::Kernel {
   }
   template <int L> static RAVL_INLINE Mask<double, L> special(VD<L> x, VD<L>) { return flag(x, rows(kRows)); }
   // Every class's special lanes: NaN, infinities, zeros, negative numbers as
-  // log_core::log_special says; a denormal is scaled by 2^64 first and its E'
+  // log_special says; a denormal is scaled by 2^64 first and its E'
   // reduced by 64.
   static RAVL_INLINE int scalar(const double* xp, double* rp) {
     double x = *xp;
     int status;
-    if (log_core::log_special(x, rp, &status)) return status;
+    if (log_special(x, rp, &status)) return status;
     double adj = 0;
     if (x < f64_bits(0x0010000000000000ull)) {
       x *= 0x1p64;

@@ -68,6 +68,14 @@ RAVL_INLINE To bitcast(From v) {
   else
     return (To)v;  // vector to vector of the same size: reinterprets the bits
 }
+// A value the compiler may not fold, so that the scalar routines' special
+// results (a pole's 1/0, a domain error's 0/0, an overflow's huge * huge) are
+// computed at run time and raise their flags.
+template <class T> RAVL_INLINE T opaque(T v) {
+  __asm__("" : "+x"(v));
+  return v;
+}
+
 template <class V> RAVL_INLINE SIntOf<V> as_int(V v) { return bitcast<SIntOf<V>>(v); }
 template <class V> RAVL_INLINE UIntOf<V> as_uint(V v) { return bitcast<UIntOf<V>>(v); }
 template <class V, class I> RAVL_INLINE V as_float(I bits) { return bitcast<V>(bits); }
