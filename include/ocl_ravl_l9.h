@@ -55,7 +55,7 @@ typedef uint64_t ocl_ravl_ulong8 __attribute__((ext_vector_type(8)));
 typedef uint64_t ocl_ravl_ulong16 __attribute__((ext_vector_type(16)));
 typedef uint64_t ocl_ravl_ulong32 __attribute__((ext_vector_type(32)));
 
-#define OCL_RAVL_EXPORT_COUNT 1416
+#define OCL_RAVL_EXPORT_COUNT 1470
 
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_ceil1(double a0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_ceil2(ocl_ravl_double2 a0);
@@ -1035,6 +1035,20 @@ OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_log1pf3_native(ocl_ravl_f
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_log1pf4_native(ocl_ravl_float4 a0);
 OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_log1pf8_native(ocl_ravl_float8 a0);
 OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_log1pf16_native(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sincosreg1(double a0);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sincosreg2(ocl_ravl_double2 a0);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincosreg3(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincosreg4(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_sincosreg8(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
+OCL_RAVL_API void* __ocl_ravl_l9_sincosreg16(void* result, const void* arg0);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sincosreg1_native(double a0);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sincosreg2_native(ocl_ravl_double2 a0);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincosreg3_native(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincosreg4_native(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_sincosreg8_native(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
+OCL_RAVL_API void* __ocl_ravl_l9_sincosreg16_native(void* result, const void* arg0);
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_cos1(double a0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_cos2(ocl_ravl_double2 a0);
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_cos3(ocl_ravl_double4 a0);
@@ -1419,6 +1433,30 @@ OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sin3_rm(ocl_ravl_double4
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sin4_rm(ocl_ravl_double4 a0);
 OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sin8_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
 OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_sin16_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3);
+OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_tan1(double a0);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_tan2(ocl_ravl_double2 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tan3(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tan4(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_tan8(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_tan16(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3);
+OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_tan1_native(double a0);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_tan2_native(ocl_ravl_double2 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tan3_native(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tan4_native(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_tan8_native(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_tan16_native(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3);
+OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_tan1_half(double a0);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_tan2_half(ocl_ravl_double2 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tan3_half(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tan4_half(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_tan8_half(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_tan16_half(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3);
+OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_tan1_rm(double a0);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_tan2_rm(ocl_ravl_double2 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tan3_rm(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tan4_rm(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_tan8_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_tan16_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3);
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_log101(double a0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_log102(ocl_ravl_double2 a0);
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_log103(ocl_ravl_double4 a0);
@@ -1455,6 +1493,24 @@ OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_log10f3_half(ocl_ravl_flo
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_log10f4_half(ocl_ravl_float4 a0);
 OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_log10f8_half(ocl_ravl_float8 a0);
 OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_log10f16_half(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_sincos1(double a0, double* out);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sincos2(ocl_ravl_double2 a0, double* out);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sincos3(ocl_ravl_double4 a0, double* out);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sincos4(ocl_ravl_double4 a0, double* out);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincos8(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, double* out);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_sincos16(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3, double* out);
+OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_sincos1_native(double a0, double* out);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sincos2_native(ocl_ravl_double2 a0, double* out);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sincos3_native(ocl_ravl_double4 a0, double* out);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sincos4_native(ocl_ravl_double4 a0, double* out);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincos8_native(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, double* out);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_sincos16_native(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3, double* out);
+OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_sincos1_rm(double a0, double* out);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sincos2_rm(ocl_ravl_double2 a0, double* out);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sincos3_rm(ocl_ravl_double4 a0, double* out);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sincos4_rm(ocl_ravl_double4 a0, double* out);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincos8_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, double* out);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_sincos16_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3, double* out);
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_fma1(double a0, double a1, double a2);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_fma2(ocl_ravl_double2 a0, ocl_ravl_double2 a1, ocl_ravl_double2 a2);
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_fma3(ocl_ravl_double4 a0, ocl_ravl_double4 a1, ocl_ravl_double4 a2);

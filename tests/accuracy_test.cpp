@@ -61,7 +61,11 @@ const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sinco
 // algorithm.
 const struct {
   const char *family, *parity;
-} kParity[] = {{"sin", "o"}, {"cos", "e"}, {"tan", "o"}, {"sincos", "oe"}, {"sincosreg", "oe"}};
+} kParity[] = {{"sin", "o"}, {"cos", "e"}, {"tanf", "o"}, {"sincos", "oe"}, {"sincosreg", "oe"}};
+// tan (double) is not odd bit for bit above 128000: its full-range path works
+// on the signed argument, and the mirror nodes pi/4 and 3pi/4 of its table
+// differ in the pole term's weight (1 and 0), so tan(-x) and -tan(x) may
+// differ in the last bits there (both within the bound).
 
 // Asserted max error, ulp; the measured maxima (2^24 samples or more) in the comments.
 const struct {
@@ -108,6 +112,12 @@ const struct {
     {"sin", "fast", 6.2e7},     // 6.142e7 (relative 6.8e-9: the degree-9 kernel near |r| = pi/2)
     {"cos", "full", 3.6},       // 3.430
     {"cos", "fast", 6.2e7},     // 6.142e7
+    {"tan", "full", 3.1},             // 3.036 fast path (|x| <= 128000), 2.945 full-range path
+    {"tan", "fast", 2.2e5},           // 1.99e5 (relative 2.2e-11: the scaled rational of degree 5/4)
+    {"sincos", "full", 3.2},          // sine 3.18, cosine 3.19 (|r| up to pi/2 in the degree-15 kernel)
+    {"sincos", "fast", 6.2e7},        // 6.142e7 near +-1 (relative 6.8e-9: the degree-9 kernel at |r| = pi/2)
+    {"sincosreg", "full", 3.2},       // the bits of sincos
+    {"sincosreg", "fast", 6.2e7},     // the bits of sincos
 };
 
 enum Sampling { kUniform, kBitPatterns, kEvery };
@@ -160,6 +170,21 @@ const Range kRanges[] = {
     {"cos", "fast_binades", 0x1p-20, 0x1p23, kBitPatterns},
     {"cos", "huge", 0x1p23, kDMax, kBitPatterns},
     {"cos", "tiny", 0x1p-1074, 0x1p-20, kBitPatterns},
+    // The trigonometric families: the fast path, the thresholds (tan 128000,
+    // sincos 2^23) and the full-range path above them up to DBL_MAX; the
+    // neighbours of odd multiples of pi/2 come from the special-value table.
+    {"tan", "moderate", -10, 10},
+    {"tan", "fast", -128000, 128000},
+    {"tan", "threshold", 127000, 129000},
+    {"tan", "huge", 128000, kDMax, kBitPatterns},
+    {"tan", "small", 0x1p-60, 1, kBitPatterns},
+    {"sincos", "moderate", -10, 10},
+    {"sincos", "fast", -8388608, 8388608},
+    {"sincos", "threshold", 8388000, 8389000},
+    {"sincos", "huge", 8388608, kDMax, kBitPatterns},
+    {"sincos", "small", 0x1p-60, 1, kBitPatterns},
+    {"sincosreg", "moderate", -10, 10},
+    {"sincosreg", "huge", 8388608, kDMax, kBitPatterns},
 };
 // The logarithms: every positive normal, around 1 (where the result
 // cancels), and the denormals (the scalar routines).

@@ -77,6 +77,25 @@ const Row kRows[] = {
     {"expm1f", {NAN, NAN, INF, INF, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, -0x1p-149, -0x1p-149, 0x1p-30,
                 0x1p-30, -21, -1, -1e30, -1, 89, INF, 88.7228394, INF, 88.7228317, CR, 88.5, CR, 88, ACC, -20, ACC,
                 0.3465736, ACC, 0.6931472, ACC, 1.3862944, ACC, 16.6355, ACC, 1e-5, ACC, 0x1p-20, ACC}},
+    // tan: the scalar routine's rows (infinities, NaN); zeros and tiny x keep
+    // their bits on the fast path; the threshold 128000 and the next double
+    // (the full-range path); the doubles nearest odd multiples of pi/2, on both
+    // sides of the threshold (the accuracy suite adds 64 neighbours each side).
+    {"tan", {NAN, NAN, INF, NAN, -INF, NAN, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074, 1e-300,
+             ACC, 0x1p-60, ACC, 128000, ACC, 128000.00000000001, ACC, -128000.00000000001, ACC,
+             1.5707963267948966, ACC, -1.5707963267948966, ACC, 4.71238898038469, ACC, 158.65042900628455, ACC,
+             127996.33868888216, ACC, 127999.48028153574, ACC, 1647100.8999616124, ACC, 1727108826180.3892, ACC,
+             1.8110048645192806e+18, ACC, 1e22, ACC, DBL_MAX, ACC, -DBL_MAX, ACC}},
+    {"tan:full", {1e-300, 1e-300, -0x1p-60, -0x1p-60}},  // n/d = r exactly (the fast classes scale by u0/k0)
+    // sincos, sincosreg: x, the sine, the cosine. The scalar routine's rows;
+    // cos(+-0) = 1 exactly (a tiny x takes the kernel's sin(x - pi/2), one
+    // ulp below 1 in the plain class); 2^23 and the next double (the full-range path,
+    // or the scalar routine in the fast classes); doubles nearest multiples
+    // of pi on both sides of it.
+    {"sincos,sincosreg", {NAN, NAN, NAN, INF, NAN, NAN, -INF, NAN, NAN, 0, 0, 1, -0.0, -0.0, 1, 0x1p-1074, 0x1p-1074, ACC,
+                          -0x1p-1074, -0x1p-1074, ACC, 0x1p-60, 0x1p-60, ACC, 8388608, ACC, ACC, 8388608.000000002, ACC,
+                          ACC, -8388608.000000002, ACC, ACC, 3.141592653589793, ACC, ACC, 1.5707963267948966, ACC, ACC,
+                          8388039.818714133, ACC, ACC, 8388608.446984433, ACC, ACC, 1e22, ACC, ACC, DBL_MAX, ACC, ACC}},
     // log: the denormals (the scalar routine) within two roundings in every class.
     {"log", {NAN, NAN, -NAN, NAN, INF, INF, -INF, NAN, 0, -INF, -0.0, -INF, -1, NAN, -DBL_MAX, NAN, -0x1p-1074, NAN,
              1, 0, 0x1p-1074, U(1.001), 0x1.ffffffffffffep-1023, U(1.001), 0x1.0000000000001p-1030, U(1.001),
