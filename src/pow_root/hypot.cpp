@@ -1,0 +1,197 @@
+// hypot(x, y) = sqrt(x^2 + y^2) on double lanes (family hypot) and on single
+// lanes (family hypotf), with no overflow or underflow in the intermediate
+// results.
+//
+// Special values, the same in every class (the scalar routine of the
+// precision): an infinite operand gives +inf even when the other is NaN;
+// otherwise a NaN operand gives NaN; a result beyond the format's range
+// gives +inf (status overflow). hypot(x, +-0) = |x| exactly.
+//
+// Classes and measured max errors (against MPFR; see the bounds of the
+// accuracy tests):
+//   hypot   plain     scaled by a power of two chosen from the larger
+//                     exponent, sqrt(fma(b, b, s * s)), scaled back
+//   hypot   _native   unscaled sqrt(fma(x, x, y * y)) where the result is in
+//                     [2^-500, 2^500]; other lanes through the scalar routine
+//   hypotf  plain     in double: x^2 and y^2 are exact, one rounding in the
+//                     sum, one in the root, one to single
+//   hypotf  _native   in single, unscaled, where the result is in
+//                     [2^-60, 2^60]; other lanes through the scalar routine
+#include "pow_root/roots.h"
+
+namespace ravl {
+namespace hypot_detail {
+
+using roots::pow2d;
+
+// ---- double, full class -----------------------------------------------------------
+//
+// With b = max(|x|, |y|) and s = min(|x|, |y|) (operands ordered so that a
+// NaN operand always reaches b or s), E the exponent of b clamped to
+// [-1022, 1022] and k = 2^-E: b k in [1, 4) (or below 1 for a denormal b),
+// s k <= b k, so (b k)^2 + (s k)^2 cannot overflow and only a term below
+// 2^-1022 times (b k)^2 can underflow; sqrt(fma(bk, bk, sk * sk)) 2^E, where
+// scaling back by 2^E is exact unless the result is denormal or overflows.
+// Before the root the sum carries one rounding of (sk)^2 and one of the
+// fused sum: at most about 1.5 * 2^-53 relative, halved by the root, plus
+// the root's own rounding.
+struct HypotFullRows {
+  Row<uint64_t> abs = row<uint64_t>(0x7fffffffffffffffull), exp = row<uint64_t>(0x7ff0000000000000ull);
+  // 0x7fe0000000000000 - bits(2^E) is bits(2^-E) for E in [-1022, 1022].
+  Row<uint64_t> recip_top = row<uint64_t>(0x7fe0000000000000ull);
+  Row<double> lo = row(pow2d(-1022)), hi = row(pow2d(1022)), max = row(f64_bits(0x7fefffffffffffffull));
+};
+inline constexpr HypotFullRows kHypotFullRows{};
+
+RAVL_INLINE int hypot_scalar(const double* x, const double* y, double* r);
+
+struct HypotFull : frame::Kernel {
+  using sig = double(double, double);
+  static constexpr bool has_callout = true;
+  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x, Vec<double, L> y) {
+    using V = Vec<double, L>;
+    using U = Vec<uint64_t, L>;
+    // The constants are read without rows(): the lane test reads the result,
+    // so the computation before the branch is the one returned.
+    const HypotFullRows& c = kHypotFullRows;
+    const V ax = as_float<V>(as_uint(x) & get<U>(c.abs)), ay = as_float<V>(as_uint(y) & get<U>(c.abs));
+    const V big = hw_max(ax, ay);    // ay when either is NaN
+    const V small = hw_min(ay, ax);  // ax when either is NaN
+    const U e = as_uint(hw_min(hw_max(big, get<V>(c.lo)), get<V>(c.hi))) & get<U>(c.exp);
+    const V b = big * as_float<V>(get<U>(c.recip_top) - e), s = small * as_float<V>(get<U>(c.recip_top) - e);
+    return sqrt_hw(fma(b, b, s * s)) * as_float<V>(e);
+  }
+  // NaN and infinite results: NaN or infinite operands, overflow.
+  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L>, Vec<double, L>, Vec<double, L> r) {
+    return not_le(r, get<Vec<double, L>>(kHypotFullRows.max));
+  }
+  static RAVL_INLINE int scalar(const double* x, const double* y, double* r) { return hypot_scalar(x, y, r); }
+};
+
+// ---- double, fast class (_native) ------------------------------------------------
+//
+// sqrt(fma(x, x, y * y)) unscaled. A result h in [2^-500, 2^500] means that
+// no square overflowed and the larger one is at least 2^-1002 (normal),
+// so a smaller square that underflowed changed the sum by under 2^-1074,
+// 2^-72 of it. Lanes with h outside (NaN included) go to the scalar routine:
+// bits(h) + (2^63 - bits(2^-500)) above bits(2^500) + (2^63 - bits(2^-500)),
+// as signed integers, is h outside [2^-500, 2^500] for any bit pattern.
+template <class T, typename Bits<T>::U kLo, typename Bits<T>::U kHi> struct RangeRows {
+  using U = typename Bits<T>::U;
+  static constexpr U kOffset = ((U)1 << (sizeof(U) * 8 - 1)) - kLo;
+  Row<U> offset = row<U>(kOffset), top = row<U>((U)(kHi + kOffset));
+};
+template <class V, class R> RAVL_INLINE MaskOf<V> outside(V h, const R& c) {
+  using I = SIntOf<V>;
+  return as_int(h) + get<I>(c.offset) > get<I>(c.top);
+}
+using HypotFastRows = RangeRows<double, 0x20b0000000000000ull, 0x5f30000000000000ull>;  // 2^-500, 2^500
+inline constexpr HypotFastRows kHypotFastRows{};
+
+struct HypotFast : HypotFull {
+  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x, Vec<double, L> y) {
+    return sqrt_hw(fma(x, x, y * y));
+  }
+  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L>, Vec<double, L>, Vec<double, L> r) {
+    return outside(r, kHypotFastRows);
+  }
+};
+
+// Infinite operands give +inf, NaN operands (with no infinite one) NaN;
+// finite ones the full class's arithmetic (+inf with status overflow when
+// the result is beyond the range).
+RAVL_INLINE int hypot_scalar(const double* xp, const double* yp, double* rp) {
+  const double x = *xp, y = *yp, inf = f64_bits(0x7ff0000000000000ull);
+  if (x == inf || x == -inf || y == inf || y == -inf) {
+    *rp = inf;
+    return kStatusOk;
+  }
+  if (x != x || y != y) {
+    *rp = x + y;
+    return kStatusOk;
+  }
+  *rp = HypotFull::vec<2>(F64x2(x), F64x2(y))[0];
+  return *rp == inf ? kStatusOverflow : kStatusOk;
+}
+
+// ---- single, full class --------------------------------------------------------------
+//
+// In double: x^2 and y^2 are exact (48 bits), the sum rounds once (2^-53
+// relative), the root once, and the result once more to single; no square
+// can overflow or underflow.
+struct HypotfFullRows {
+  Row<float> max = row(f32_bits(0x7f7fffffu));
+};
+inline constexpr HypotfFullRows kHypotfFullRows{};
+
+RAVL_INLINE int hypotf_scalar(const float* x, const float* y, float* r);
+
+// sqrt(x^2 + y^2) of up to four singles, in double.
+template <int N> RAVL_INLINE Vec<float, N> hypot_in_double(Vec<float, N> x, Vec<float, N> y) {
+  const Vec<double, N> xd = convert<double>(x), yd = convert<double>(y);
+  return convert<float>(sqrt_hw(fma(xd, xd, yd * yd)));
+}
+
+struct HypotfFull : frame::Kernel {
+  using sig = float(float, float);
+  static constexpr bool has_callout = true;
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x, Vec<float, L> y) {
+    if constexpr (L <= 4) {
+      return hypot_in_double(x, y);
+    } else {
+      return join(hypot_in_double(slice<0, L / 2>(x), slice<0, L / 2>(y)),
+                  hypot_in_double(slice<L / 2, L / 2>(x), slice<L / 2, L / 2>(y)));
+    }
+  }
+  template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L>, Vec<float, L>, Vec<float, L> r) {
+    return not_le(r, get<Vec<float, L>>(kHypotfFullRows.max));
+  }
+  static RAVL_INLINE int scalar(const float* x, const float* y, float* r) { return hypotf_scalar(x, y, r); }
+};
+
+// ---- single, fast class (_native) ------------------------------------------------
+//
+// sqrt(fma(x, x, y * y)) in single, unscaled, for results in [2^-60, 2^60]
+// (the argument of the double fast class with the single's range).
+using HypotfFastRows = RangeRows<float, 0x21800000u, 0x5d800000u>;  // 2^-60, 2^60
+inline constexpr HypotfFastRows kHypotfFastRows{};
+
+struct HypotfFast : HypotfFull {
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x, Vec<float, L> y) {
+    return sqrt_hw(fma(x, x, y * y));
+  }
+  template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L>, Vec<float, L>, Vec<float, L> r) {
+    return outside(r, kHypotfFastRows);
+  }
+};
+
+// As the double routine, the finite case through the full class.
+RAVL_INLINE int hypotf_scalar(const float* xp, const float* yp, float* rp) {
+  const float x = *xp, y = *yp, inf = f32_bits(0x7f800000u);
+  if (x == inf || x == -inf || y == inf || y == -inf) {
+    *rp = inf;
+    return kStatusOk;
+  }
+  if (x != x || y != y) {
+    *rp = x + y;
+    return kStatusOk;
+  }
+  *rp = HypotfFull::vec<4>(F32x4(x), F32x4(y))[0];
+  return *rp == inf ? kStatusOverflow : kStatusOk;
+}
+
+}  // namespace hypot_detail
+
+namespace hypot_k {
+using full = hypot_detail::HypotFull;
+using fast = hypot_detail::HypotFast;
+}  // namespace hypot_k
+namespace hypotf_k {
+using full = hypot_detail::HypotfFull;
+using fast = hypot_detail::HypotfFast;
+}  // namespace hypotf_k
+
+}  // namespace ravl
+
+#include "entries/hypot.inc"
+#include "entries/hypotf.inc"
