@@ -24,7 +24,8 @@ const std::map<std::string, MpfrFn> kMpfr = {
     {"exp", mpfr_exp},     {"exp2", mpfr_exp2}, {"exp10", mpfr_exp10}, {"expm1", mpfr_expm1},
     {"log", mpfr_log},     {"log2", mpfr_log2}, {"log10", mpfr_log10}, {"log1p", mpfr_log1p},
     {"sin", mpfr_sin},     {"cos", mpfr_cos},   {"tan", mpfr_tan},     {"sincos", mpfr_sin},
-    {"sincosreg", mpfr_sin}};
+    {"sincosreg", mpfr_sin}, {"sqrt", mpfr_sqrt}, {"rsqrt", mpfr_rec_sqrt}, {"cbrt", mpfr_cbrt},
+    {"rcbrt", [](mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t rnd) { return mpfr_rootn_si(r, x, -3, rnd); }}};
 // OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
 // indeterminate 0^0, inf^0 and 1^inf.
 int powr_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
@@ -61,12 +62,17 @@ const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sinco
 // algorithm.
 const struct {
   const char *family, *parity;
-} kParity[] = {{"sin", "o"}, {"cos", "e"}, {"tan", "o"}, {"sincos", "oe"}, {"sincosreg", "oe"}};
+} kParity[] = {{"sin", "o"}, {"cos", "e"}, {"tan", "o"}, {"sincos", "oe"}, {"sincosreg", "oe"},
+                {"cbrt", "o"},   {"rcbrt", "o"}};
 
 // Asserted max error, ulp; the measured maxima (2^24 samples or more) in the comments.
+// normal_only: the algorithm has no lane test by design and is held to its
+// bound on normal finite inputs only (its zeros, denormals and infinities
+// are the special-value table's rows).
 const struct {
   const char *family, *algorithm;
   double ulp;
+  bool normal_only = false;
 } kBounds[] = {
     {"exp", "full", 1.0},       // 0.519
     {"exp", "fast", 2.98e7},    // 2.972e7 (relative 3.3e-9: the degree-2 polynomial's r^3/6 at ln2/256)
@@ -101,7 +107,33 @@ const struct {
     {"log1p", "fast", 2.7},     // 2.645 (x near 2^-11: T(1023) + r cancels to half)
     {"log1pf", "full", 0.67},   // 0.6602 (every single in (-1, 2^127))
     {"log1pf", "fast", 3.5},    // 3.419
+    {"sqrt", "full", 0.5},      // correctly rounded (tests/exact_test.cpp: bit for bit)
+    {"sqrtf", "full", 0.5},     // correctly rounded
+    {"sqrtf", "fast", 4096, true},  // 4095 (the estimate alone: relative 1.5 * 2^-12)
+    {"sqrtf", "half", 4096},    // 4095 (half_sqrt allows 8192)
+    {"rsqrt", "full", 0.54},    // RSQRT_FULL
+    {"rsqrt", "fast", 2.8e5},   // RSQRT_FAST
+    {"rsqrtf", "full", 0.52},   // RSQRTF_FULL
+    {"rsqrtf", "fast", 3.8},    // RSQRTF_FAST
+    {"cbrt", "full", 0.52},     // CBRT_FULL
+    {"cbrt", "fast", 1.7e7},    // CBRT_FAST
+    {"cbrtf", "full", 0.52},    // CBRTF_FULL
+    {"cbrtf", "fast", 360},     // CBRTF_FAST
+    {"rcbrt", "full", 0.55},    // RCBRT_FULL
+    {"rcbrt", "fast", 7.4e7},   // RCBRT_FAST
+    {"rcbrtf", "full", 0.52},   // RCBRTF_FULL
+    {"rcbrtf", "fast", 890},    // RCBRTF_FAST
+    {"hypot", "full", 1},       // HYPOT_FULL
+    {"hypot", "fast", 1.1},     // HYPOT_FAST
+    {"hypotf", "full", 0.51},   // HYPOTF_FULL
+    {"hypotf", "fast", 1.1},    // HYPOTF_FAST
 };
+
+bool normal_only_bound(const std::string& family, const std::string& algorithm) {
+  for (const auto& b : kBounds)
+    if (family == b.family && algorithm == b.algorithm) return b.normal_only;
+  return false;
+}
 
 enum Sampling { kUniform, kBitPatterns, kEvery };
 struct Range {
@@ -140,6 +172,16 @@ const Range kRanges[] = {
     {"log1pf", "moderate", -1, 3},
     {"log1pf", "wide", 1, kFMax, kBitPatterns},
     {"log1pf", "tiny", 0x1p-30, 1, kBitPatterns},
+    // hypot: operands of one size (x^2 and y^2 alike: the sum's roundings
+    // matter most), every pair of bit patterns, the ends of the range.
+    {"hypot", "moderate", -4, 4, kUniform, 0, -4, 4},
+    {"hypot", "wide", 0x1p-1074, kDMax, kBitPatterns, 0, 0x1p-1074, kDMax, kBitPatterns},
+    {"hypot", "huge", 0x1p1000, kDMax, kBitPatterns, 0, -0x1p1000, -kDMax, kBitPatterns},
+    {"hypot", "tiny", 0x1p-1074, 0x1p-1000, kBitPatterns, 0, 0x1p-1074, 0x1p-1000, kBitPatterns},
+    {"hypotf", "moderate", -4, 4, kUniform, 0, -4, 4},
+    {"hypotf", "wide", 0x1p-149, kFMax, kBitPatterns, 0, 0x1p-149, kFMax, kBitPatterns},
+    {"hypotf", "huge", 0x1p100, kFMax, kBitPatterns, 0, -0x1p100, -kFMax, kBitPatterns},
+    {"hypotf", "tiny", 0x1p-149, 0x1p-100, kBitPatterns, 0, 0x1p-149, 0x1p-100, kBitPatterns},
 };
 // The logarithms: every positive normal, around 1 (where the result
 // cancels), and the denormals (the scalar routines).
@@ -149,6 +191,15 @@ std::vector<Range> ranges() {
     const bool single = f[std::strlen(f) - 1] == 'f';
     v.push_back({f, "wide", single ? kFMin : kDMin, single ? kFMax : kDMax, kBitPatterns});
     v.push_back({f, "near1", 0.5, 2.0});
+    v.push_back({f, "denormal", single ? 0x1p-149 : 0x1p-1074, single ? 0x1p-126 : kDMin, kBitPatterns});
+  }
+  // The roots: every positive normal (and negative one for the odd cube
+  // roots), [0.5, 8) (every exponent remainder mod 3 and parity), the denormals.
+  for (const char* f : {"sqrt", "sqrtf", "rsqrt", "rsqrtf", "cbrt", "cbrtf", "rcbrt", "rcbrtf"}) {
+    const bool single = f[std::strlen(f) - 1] == 'f', odd = std::strstr(f, "cbrt");
+    v.push_back({f, "wide", single ? kFMin : kDMin, single ? kFMax : kDMax, kBitPatterns});
+    if (odd) v.push_back({f, "wide_negative", single ? -kFMin : -kDMin, single ? -kFMax : -kDMax, kBitPatterns});
+    v.push_back({f, "near1", 0.5, 8.0});
     v.push_back({f, "denormal", single ? 0x1p-149 : 0x1p-1074, single ? 0x1p-126 : kDMin, kBitPatterns});
   }
   return v;
@@ -251,7 +302,9 @@ template <class T> void check(const Row& row) {
     UlpRef<T> ref(mpfr_of(row.range.family, k), mpfr2_of(row.range.family));
     double worst = 0;
     size_t at = 0;
+    const bool normal_only = normal_only_bound(row.range.family, row.algorithm);
     for (size_t i = 0; i < in.size(); ++i) {
+      if (normal_only && !(std::isnormal(in[i]) || std::isnan(in[i]))) continue;
       const double e = ref.ulp_error2(in[i], yv.empty() ? 0 : yv[i], from_bits<T>(out[i]));
       if (!(e <= worst)) worst = e, at = i;
     }
