@@ -62,14 +62,13 @@ int main() {
   mpfr_t v;
   mpfr_init2(v, kPrec);
   uint64_t recip[32], pairs[2][192];
-  uint32_t recipf[32], pairsf[2][192];
+  uint32_t pairsf[2][192];
   double rd[32], hd[2][192];
   for (int j = 0; j < 32; ++j) {
     centre(v, j);
     mpfr_si_div(v, -1, v, MPFR_RNDN);
     rd[j] = mpfr_get_d(v, MPFR_RNDN);
     recip[j] = bits64(rd[j]);
-    recipf[j] = bits32(mpfr_get_flt(v, MPFR_RNDN));
   }
   for (int k = 0; k < 2; ++k)
     for (int rm = 0; rm < 3; ++rm)
@@ -106,7 +105,8 @@ int main() {
       "// Entries are IEEE bit patterns. c_j = 1 + j/32 + 1/64 (j = 0..31) is the\n"
       "// centre of the j-th interval of width 1/32 in [1, 2); the root tables hold\n"
       "// pairs (hi, lo), hi = v rounded toward zero and lo = RN(v - hi) (positive),\n"
-      "// row 32 rm + j for rm = 0, 1, 2; -1/c_j is rounded to nearest.\n",
+      "// row 32 rm + j for rm = 0, 1, 2; -1/c_j is rounded to nearest (the single\n"
+      "// families divide instead: one rounding gives the same value).\n",
       "cbrt_tables");
   std::printf("// -1/c_j, double.\n");
   print_table64("alignas(64) inline constexpr uint64_t kNegRecip[32]", recip, 32);
@@ -114,8 +114,6 @@ int main() {
   print_table64("alignas(64) inline constexpr uint64_t kCbrtPairs[192]", pairs[0], 192);
   std::printf("// cbrt(2^rm c_j)^-1, double pairs, 16 bytes a pair.\n");
   print_table64("alignas(64) inline constexpr uint64_t kRcbrtPairs[192]", pairs[1], 192);
-  std::printf("// -1/c_j, single.\n");
-  print_table32("alignas(64) inline constexpr uint32_t kNegRecipf[32]", recipf, 32, 8);
   std::printf("// cbrt(2^rm c_j), single pairs, 8 bytes a pair.\n");
   print_table32("alignas(64) inline constexpr uint32_t kCbrtPairsf[192]", pairsf[0], 192, 8);
   std::printf("// cbrt(2^rm c_j)^-1, single pairs, 8 bytes a pair.\n");

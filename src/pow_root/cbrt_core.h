@@ -91,6 +91,7 @@ template <uint32_t kBase> struct ReduceRowsf {
                 j31 = row<uint32_t>(31), base = row<uint32_t>(kBase);
   Row<uint32_t> frac = row<uint32_t>(0x007fffffu), frac6 = row<uint32_t>(0x007e0000u);
   Row<uint32_t> neg_one = row<uint32_t>(0xbf800000u), neg_c0 = row<uint32_t>(0xbf820000u);
+  Row<float> one = row(1.0f);
 };
 
 template <bool kRecip, int L, class R>
@@ -109,7 +110,9 @@ RAVL_INLINE void reduce(Vec<float, L> x, const R& c, Vec<float, L>& u, Vec<float
   const V s = as_float<V>((kRecip ? field - q : field + q) << 23);
   const V neg_m = as_float<V>((xb & get<U>(c.frac)) | get<U>(c.neg_one));
   const V neg_c = as_float<V>((xb & get<U>(c.frac6)) | get<U>(c.neg_c0));
-  const V r = gather(reinterpret_cast<const float*>(cbrt_tables::kNegRecipf), bitcast<I>(j));
+  // -1/c_j rounded once: the division gives the bits a table of RN(-1/c_j)
+  // would hold, without eight loads and their inserts.
+  const V r = get<V>(c.one) / neg_c;
   u = (neg_m - neg_c) * r;
   V hi, lo;
   const uint32_t* pairs = kRecip ? cbrt_tables::kRcbrtPairsf : cbrt_tables::kCbrtPairsf;

@@ -5,7 +5,8 @@
 // Entries are IEEE bit patterns. c_j = 1 + j/32 + 1/64 (j = 0..31) is the
 // centre of the j-th interval of width 1/32 in [1, 2); the root tables hold
 // pairs (hi, lo), hi = v rounded toward zero and lo = RN(v - hi) (positive),
-// row 32 rm + j for rm = 0, 1, 2; -1/c_j is rounded to nearest.
+// row 32 rm + j for rm = 0, 1, 2; -1/c_j is rounded to nearest (the single
+// families divide instead: one rounding gives the same value).
 #pragma once
 
 #include <stdint.h>
@@ -127,14 +128,6 @@ alignas(64) inline constexpr uint64_t kRcbrtPairs[192] = {
     0x3fe07c8a2611201bull, 0x3c8a631fd5291c7eull, 0x3fe064c2ee6e07c6ull, 0x3c786990227e1011ull,
     0x3fe04d829d9eaa58ull, 0x3c910f24b7744c35ull, 0x3fe036c40e2a5e29ull, 0x3c91e34d0bc8572dull,
     0x3fe02082613df53bull, 0x3c9d03962abe8930ull, 0x3fe00ab8f9d2f374ull, 0x3c77ddd2be3fa879ull,
-};
-
-// -1/c_j, single.
-alignas(64) inline constexpr uint32_t kNegRecipf[32] = {
-    0xbf7c0fc1u, 0xbf74898du, 0xbf6d7304u, 0xbf66c2b4u, 0xbf607038u, 0xbf5a740eu, 0xbf54c77bu, 0xbf4f6475u,
-    0xbf4a4588u, 0xbf4565c8u, 0xbf40c0c1u, 0xbf3c5264u, 0xbf381703u, 0xbf340b41u, 0xbf302c0bu, 0xbf2c7692u,
-    0xbf28e83fu, 0xbf257eb5u, 0xbf2237c3u, 0xbf1f1166u, 0xbf1c09c1u, 0xbf191f1au, 0xbf164fdau, 0xbf139a86u,
-    0xbf10fdbcu, 0xbf0e7835u, 0xbf0c08c1u, 0xbf09ae41u, 0xbf0767abu, 0xbf053408u, 0xbf03126fu, 0xbf010204u,
 };
 
 // cbrt(2^rm c_j), single pairs, 8 bytes a pair.
