@@ -18,13 +18,7 @@
 namespace ravl {
 namespace cbrt_detail {
 
-using cbrt_core::Poly0;
-using cbrt_core::Poly2;
-using cbrt_core::Poly3;
-using cbrt_core::Poly7;
-using cbrt_core::ReduceRows;
-using cbrt_core::ReduceRowsf;
-using cbrt_core::RootKernel;
+using namespace cbrt_core;  // the reduction, the kernel and its polynomials
 
 // P(u) ~ ((1 + u)^(1/3) - 1)/u = 1/3 - u/9 + 5/81 u^2 - 10/243 u^3 + ...,
 // the plain class's degree 7 tuned on |u| <= 1/65.

@@ -43,7 +43,7 @@ struct HypotFullRows {
 };
 inline constexpr HypotFullRows kHypotFullRows{};
 
-RAVL_INLINE int hypot_scalar(const double* x, const double* y, double* r);
+template <class Full, class T> RAVL_INLINE int hypot_scalar(const T* xp, const T* yp, T* rp);
 
 struct HypotFull : frame::Kernel {
   using sig = double(double, double);
@@ -65,7 +65,9 @@ struct HypotFull : frame::Kernel {
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L>, Vec<double, L>, Vec<double, L> r) {
     return not_le(r, get<Vec<double, L>>(kHypotFullRows.max));
   }
-  static RAVL_INLINE int scalar(const double* x, const double* y, double* r) { return hypot_scalar(x, y, r); }
+  static RAVL_INLINE int scalar(const double* x, const double* y, double* r) {
+    return hypot_scalar<HypotFull>(x, y, r);
+  }
 };
 
 // ---- double, fast class (_native) ------------------------------------------------
@@ -88,20 +90,20 @@ template <class V, class R> RAVL_INLINE MaskOf<V> outside(V h, const R& c) {
 using HypotFastRows = RangeRows<double, 0x20b0000000000000ull, 0x5f30000000000000ull>;  // 2^-500, 2^500
 inline constexpr HypotFastRows kHypotFastRows{};
 
-struct HypotFast : HypotFull {
-  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x, Vec<double, L> y) {
-    return sqrt_hw(fma(x, x, y * y));
-  }
-  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L>, Vec<double, L>, Vec<double, L> r) {
-    return outside(r, kHypotFastRows);
+// The fast kernel of either precision: the bare formula, lanes with a
+// result outside kRange through the full class's scalar routine.
+template <class T, class Full, const auto& kRange> struct HypotFastKernel : Full {
+  template <int L> static RAVL_INLINE Vec<T, L> vec(Vec<T, L> x, Vec<T, L> y) { return sqrt_hw(fma(x, x, y * y)); }
+  template <int L> static RAVL_INLINE Mask<T, L> special(Vec<T, L>, Vec<T, L>, Vec<T, L> r) {
+    return outside(r, kRange);
   }
 };
 
-// Infinite operands give +inf, NaN operands (with no infinite one) NaN;
-// finite ones the full class's arithmetic (+inf with status overflow when
-// the result is beyond the range).
-RAVL_INLINE int hypot_scalar(const double* xp, const double* yp, double* rp) {
-  const double x = *xp, y = *yp, inf = f64_bits(0x7ff0000000000000ull);
+// The scalar routine of either precision: infinite operands give +inf, NaN
+// operands (with no infinite one) NaN; finite ones the full class's
+// arithmetic (+inf with status overflow when the result is beyond the range).
+template <class Full, class T> RAVL_INLINE int hypot_scalar(const T* xp, const T* yp, T* rp) {
+  const T x = *xp, y = *yp, inf = (T)f64_bits(0x7ff0000000000000ull);
   if (x == inf || x == -inf || y == inf || y == -inf) {
     *rp = inf;
     return kStatusOk;
@@ -110,9 +112,12 @@ RAVL_INLINE int hypot_scalar(const double* xp, const double* yp, double* rp) {
     *rp = x + y;
     return kStatusOk;
   }
-  *rp = HypotFull::vec<2>(F64x2(x), F64x2(y))[0];
+  constexpr int L = 16 / (int)sizeof(T);
+  *rp = Full::template vec<L>(Vec<T, L>(x), Vec<T, L>(y))[0];
   return *rp == inf ? kStatusOverflow : kStatusOk;
 }
+
+using HypotFast = HypotFastKernel<double, HypotFull, kHypotFastRows>;
 
 // ---- single, full class --------------------------------------------------------------
 //
@@ -123,8 +128,6 @@ struct HypotfFullRows {
   Row<float> max = row(f32_bits(0x7f7fffffu));
 };
 inline constexpr HypotfFullRows kHypotfFullRows{};
-
-RAVL_INLINE int hypotf_scalar(const float* x, const float* y, float* r);
 
 // sqrt(x^2 + y^2) of up to four singles, in double.
 template <int N> RAVL_INLINE Vec<float, N> hypot_in_double(Vec<float, N> x, Vec<float, N> y) {
@@ -146,7 +149,7 @@ struct HypotfFull : frame::Kernel {
   template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L>, Vec<float, L>, Vec<float, L> r) {
     return not_le(r, get<Vec<float, L>>(kHypotfFullRows.max));
   }
-  static RAVL_INLINE int scalar(const float* x, const float* y, float* r) { return hypotf_scalar(x, y, r); }
+  static RAVL_INLINE int scalar(const float* x, const float* y, float* r) { return hypot_scalar<HypotfFull>(x, y, r); }
 };
 
 // ---- single, fast class (_native) ------------------------------------------------
@@ -156,29 +159,7 @@ struct HypotfFull : frame::Kernel {
 using HypotfFastRows = RangeRows<float, 0x21800000u, 0x5d800000u>;  // 2^-60, 2^60
 inline constexpr HypotfFastRows kHypotfFastRows{};
 
-struct HypotfFast : HypotfFull {
-  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x, Vec<float, L> y) {
-    return sqrt_hw(fma(x, x, y * y));
-  }
-  template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L>, Vec<float, L>, Vec<float, L> r) {
-    return outside(r, kHypotfFastRows);
-  }
-};
-
-// As the double routine, the finite case through the full class.
-RAVL_INLINE int hypotf_scalar(const float* xp, const float* yp, float* rp) {
-  const float x = *xp, y = *yp, inf = f32_bits(0x7f800000u);
-  if (x == inf || x == -inf || y == inf || y == -inf) {
-    *rp = inf;
-    return kStatusOk;
-  }
-  if (x != x || y != y) {
-    *rp = x + y;
-    return kStatusOk;
-  }
-  *rp = HypotfFull::vec<4>(F32x4(x), F32x4(y))[0];
-  return *rp == inf ? kStatusOverflow : kStatusOk;
-}
+using HypotfFast = HypotFastKernel<float, HypotfFull, kHypotfFastRows>;
 
 }  // namespace hypot_detail
 

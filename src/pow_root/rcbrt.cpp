@@ -20,13 +20,7 @@
 namespace ravl {
 namespace rcbrt_detail {
 
-using cbrt_core::Poly0;
-using cbrt_core::Poly2;
-using cbrt_core::Poly3;
-using cbrt_core::Poly7;
-using cbrt_core::ReduceRows;
-using cbrt_core::ReduceRowsf;
-using cbrt_core::RootKernel;
+using namespace cbrt_core;  // the reduction, the kernel and its polynomials
 
 // P(u) ~ ((1 + u)^(-1/3) - 1)/u = -1/3 + 2/9 u - 14/81 u^2 + 35/243 u^3 - ...,
 // the plain class's degree 7 tuned on |u| <= 1/65.
