@@ -116,24 +116,24 @@ const struct {
     {"log1pf", "fast", 3.5},    // 3.419
     {"sqrt", "full", 0.5},      // correctly rounded (tests/exact_test.cpp: bit for bit)
     {"sqrtf", "full", 0.5},     // correctly rounded
-    {"sqrtf", "fast", 4096, true},  // 4095 (the estimate alone: relative 1.5 * 2^-12)
-    {"sqrtf", "half", 4096},    // 4095 (half_sqrt allows 8192)
-    {"rsqrt", "full", 0.54},    // RSQRT_FULL
-    {"rsqrt", "fast", 2.8e5},   // RSQRT_FAST
-    {"rsqrtf", "full", 0.52},   // RSQRTF_FULL
-    {"rsqrtf", "fast", 3.8},    // RSQRTF_FAST
-    {"cbrt", "full", 0.52},     // CBRT_FULL
-    {"cbrt", "fast", 1.7e7},    // CBRT_FAST
-    {"cbrtf", "full", 0.52},    // CBRTF_FULL
-    {"cbrtf", "fast", 360},     // CBRTF_FAST
-    {"rcbrt", "full", 0.55},    // RCBRT_FULL
-    {"rcbrt", "fast", 7.4e7},   // RCBRT_FAST
-    {"rcbrtf", "full", 0.52},   // RCBRTF_FULL
-    {"rcbrtf", "fast", 890},    // RCBRTF_FAST
-    {"hypot", "full", 1},       // HYPOT_FULL
-    {"hypot", "fast", 1.2},     // HYPOT_FAST
-    {"hypotf", "full", 0.51},   // HYPOTF_FULL
-    {"hypotf", "fast", 1.2},    // HYPOTF_FAST
+    {"sqrtf", "fast", 4096, true},  // 4095 (every positive normal single: the estimate alone, 1.5 * 2^-12)
+    {"sqrtf", "half", 4096},    // 4095 (every positive single; half_sqrt allows 8192)
+    {"rsqrt", "full", 0.54},    // 0.5290 (7e6 doubles: every binade, both range ends)
+    {"rsqrt", "fast", 2.8e5},   // 2.763e5 (relative 3.1e-11: the series cut after d^2)
+    {"rsqrtf", "full", 0.52},   // 0.5095 (every positive single)
+    {"rsqrtf", "fast", 3.8},    // 3.783 (every positive single)
+    {"cbrt", "full", 0.52},     // 0.5112 (5e6 doubles of both signs)
+    {"cbrt", "fast", 1.7e7},    // 1.675e7 (relative 1.9e-9: the series cut after u^2)
+    {"cbrtf", "full", 0.52},    // 0.5106 (every positive single; odd bit for bit)
+    {"cbrtf", "fast", 360},     // 355.4 (every positive single)
+    {"rcbrt", "full", 0.55},    // 0.5385 (5e6 doubles of both signs)
+    {"rcbrt", "fast", 7.4e7},   // 7.326e7 (relative 8.1e-9)
+    {"rcbrtf", "full", 0.52},   // 0.5129 (every positive single)
+    {"rcbrtf", "fast", 890},    // 888.7 (every positive single)
+    {"hypot", "full", 0.76},    // 0.5001 on normal results, 0.7500 on denormal ones (8e6 pairs)
+    {"hypot", "fast", 1.2},     // 1.175 (6e6 pairs)
+    {"hypotf", "full", 0.51},   // 0.5000 (10^7 pairs: x^2 + y^2 rounds once in double)
+    {"hypotf", "fast", 1.2},    // 1.166 (10^7 pairs)
 };
 
 bool normal_only_bound(const std::string& family, const std::string& algorithm) {

@@ -261,6 +261,10 @@ RAVL_INLINE F32x8 rcp_approx(F32x8 x) { return (F32x8)_mm256_rcp_ps((__m256)x); 
 // 1.5 * 2^-12; +0 gives +inf, +inf gives +0, negative inputs NaN).
 RAVL_INLINE F32x4 rsqrt_approx(F32x4 x) { return (F32x4)_mm_rsqrt_ps((__m128)x); }
 RAVL_INLINE F32x8 rsqrt_approx(F32x8 x) { return (F32x8)_mm256_rsqrt_ps((__m256)x); }
+// The same estimate of doubles: each lane narrowed to single (within the
+// single range), its estimate widened back (exact).
+RAVL_INLINE F64x2 rsqrt_approx(F64x2 x) { return (F64x2)_mm_cvtps_pd(_mm_rsqrt_ps(_mm_cvtpd_ps((__m128d)x))); }
+RAVL_INLINE F64x4 rsqrt_approx(F64x4 x) { return (F64x4)_mm256_cvtps_pd(_mm_rsqrt_ps(_mm256_cvtpd_ps((__m256d)x))); }
 // The hardware square root, correctly rounded (IEEE special values).
 RAVL_INLINE F64x2 sqrt_hw(F64x2 x) { return (F64x2)_mm_sqrt_pd((__m128d)x); }
 RAVL_INLINE F64x4 sqrt_hw(F64x4 x) { return (F64x4)_mm256_sqrt_pd((__m256d)x); }

@@ -9,10 +9,12 @@
 //
 // Classes and measured max errors (against MPFR; tests/accuracy_test.cpp
 // keeps and asserts the bounds):
-//   cbrt    plain     P of degree 7                     see kBounds
-//   cbrt    _native   P of degree 2
-//   cbrtf   plain     P of degree 3
-//   cbrtf   _native   P = 1/3
+//   cbrt    plain     P of degree 7      0.5112 ulp
+//   cbrt    _native   P of degree 2      1.675e7 ulp (relative 1.9e-9)
+//   cbrtf   plain     P of degree 3      0.5106 ulp
+//   cbrtf   _native   P = 1/3            355.4 ulp
+// (cbrt: 5e6 doubles of both signs, denormals included; cbrtf: every
+// positive single, and f(-x) = -f(x) bit for bit.)
 #include "pow_root/cbrt_core.h"
 
 namespace ravl {

@@ -11,10 +11,12 @@
 //
 // Classes and measured max errors (against MPFR; tests/accuracy_test.cpp
 // keeps and asserts the bounds):
-//   rcbrt   plain     P of degree 7                     see kBounds
-//   rcbrt   _native   P of degree 2
-//   rcbrtf  plain     P of degree 3
-//   rcbrtf  _native   P = -1/3
+//   rcbrt   plain     P of degree 7      0.5385 ulp
+//   rcbrt   _native   P of degree 2      7.326e7 ulp (relative 8.1e-9)
+//   rcbrtf  plain     P of degree 3      0.5129 ulp
+//   rcbrtf  _native   P = -1/3           888.7 ulp
+// (rcbrt: 5e6 doubles of both signs, denormals included; rcbrtf: every
+// positive single, and f(-x) = -f(x) bit for bit.)
 #include "pow_root/cbrt_core.h"
 
 namespace ravl {

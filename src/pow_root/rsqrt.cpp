@@ -9,10 +9,12 @@
 //
 // Classes and measured max errors (against MPFR; tests/accuracy_test.cpp
 // keeps and asserts the bounds):
-//   rsqrt   plain               estimate, series of degree 4     see kBounds
-//   rsqrt   _native _half       estimate, series of degree 2
-//   rsqrtf  plain               9-bit estimate, series of degree 3
-//   rsqrtf  _native _half       estimate, one Newton step
+//   rsqrt   plain               estimate, series of degree 3 in d   0.5290 ulp
+//   rsqrt   _native _half       estimate, series of degree 2        2.763e5 ulp
+//   rsqrtf  plain               9-bit estimate, series of degree 3  0.5095 ulp
+//   rsqrtf  _native _half       estimate, one Newton step           3.783 ulp
+// (rsqrt: 7e6 doubles over every binade and both range ends; rsqrtf: every
+// positive single.)
 #include "pow_root/roots.h"
 
 namespace ravl {

@@ -1,15 +1,18 @@
 // sqrt(x) on double lanes (family sqrt) and on single lanes (family sqrtf).
 //
-// Classes and measured errors (against MPFR, every single; 2^24 doubles):
+// Classes and measured max errors (every positive single; the double and
+// the correctly rounded singles bit for bit in tests/exact_test.cpp):
 //   sqrt    plain _native _half   one body: the hardware square root,
-//                                 correctly rounded (0 ulp, every input)
+//                                 correctly rounded
 //   sqrtf   plain                 the hardware square root, correctly rounded
 //   sqrtf   _native               x * rsqrt_estimate(x), no lane test:
-//                                 max 2.07 ulp... see kBounds (relative
-//                                 error of the estimate, 1.5 * 2^-12 at most)
-//   sqrtf   _half                 the same product; zeros, subnormals,
-//                                 negative numbers, infinities and NaN go to
-//                                 the scalar routine
+//                                 4095 ulp on normal x (the estimate's
+//                                 relative error, at most 1.5 * 2^-12);
+//                                 denormal x give +inf (the estimate of a
+//                                 denormal is that of 0)
+//   sqrtf   _half                 the same product, 4095 ulp; zeros,
+//                                 denormals, negative numbers, infinities
+//                                 and NaN go to the scalar routine
 //
 // The correctly rounded classes take every IEEE special value from the
 // instruction: sqrt(-0) = -0, sqrt(x < 0) = NaN, sqrt(+inf) = +inf. Width 3
