@@ -48,7 +48,7 @@ struct HypotFullRows {
   // [-1021, 1023].
   Row<uint64_t> abs = row<uint64_t>(0x7fffffffffffffffull), exp = row<uint64_t>(0x7ff0000000000000ull),
                 exp_lsb = row<uint64_t>(0x0010000000000000ull);
-  Row<double> lo = row(pow2d(-1021)), max = row(f64_bits(0x7fefffffffffffffull));
+  Row<double> lo = row(pow2d(-1021)), top = row(pow2d(1023));
   Row<double> four = row(4.0), tiny = row(pow2d(-120));
 };
 inline constexpr HypotFullRows kHypotFullRows{};
@@ -61,9 +61,7 @@ struct HypotFull : frame::Kernel {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x, Vec<double, L> y) {
     using V = Vec<double, L>;
     using U = Vec<uint64_t, L>;
-    // The constants are read without rows(): the lane test reads the result,
-    // so the computation before the branch is the one returned.
-    const HypotFullRows& c = kHypotFullRows;
+    const HypotFullRows& c = rows(kHypotFullRows);
     const V ax = as_float<V>(as_uint(x) & get<U>(c.abs)), ay = as_float<V>(as_uint(y) & get<U>(c.abs));
     const V big = hw_max(ax, ay);    // ay when either is NaN
     const V small = hw_min(ay, ax);  // ax when either is NaN
@@ -85,9 +83,14 @@ struct HypotFull : frame::Kernel {
     const V g = rsqrt_approx(hw_max(r * get<V>(c.four), get<V>(c.tiny)));
     return fnma(rho, g, h0) * as_float<V>(e - get<U>(c.exp_lsb));  // 2^(E - 1)
   }
-  // NaN and infinite results: NaN or infinite operands, overflow.
-  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L>, Vec<double, L>, Vec<double, L> r) {
-    return not_le(r, get<Vec<double, L>>(kHypotFullRows.max));
+  // |x| + |y| above 2^1023 or NaN: NaN or infinite operands, and every
+  // result that can overflow (it needs max(|x|, |y|) > DBL_MAX / sqrt(2)).
+  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L> y, Vec<double, L>) {
+    using V = Vec<double, L>;
+    using U = Vec<uint64_t, L>;
+    const HypotFullRows& c = kHypotFullRows;
+    const V sum = as_float<V>(as_uint(x) & get<U>(c.abs)) + as_float<V>(as_uint(y) & get<U>(c.abs));
+    return not_le(sum, get<V>(c.top));
   }
   static RAVL_INLINE int scalar(const double* x, const double* y, double* r) {
     return hypot_scalar<HypotFull>(x, y, r);
