@@ -87,7 +87,7 @@ template <uint32_t kBase> struct ReduceRowsf {
   Row<uint32_t> abs = row<uint32_t>(0x7fffffffu);
   // |x| bits + 0x7f800000 above 0xfeffffff: not normal and finite.
   Row<uint32_t> test_offset = row<uint32_t>(0x7f800000u), test_top = row<uint32_t>(0xfeffffffu);
-  Row<uint32_t> exp8 = row<uint32_t>(0xff), two = row<uint32_t>(2), div3 = row<uint32_t>(0x1556),
+  Row<uint32_t> exp8 = row<uint32_t>(0xff), two = row<uint32_t>(2), three = row<uint32_t>(3), div3 = row<uint32_t>(0x1556),
                 j31 = row<uint32_t>(31), base = row<uint32_t>(kBase);
   Row<uint32_t> frac = row<uint32_t>(0x007fffffu), frac6 = row<uint32_t>(0x007e0000u);
   Row<uint32_t> neg_one = row<uint32_t>(0xbf800000u), neg_c0 = row<uint32_t>(0xbf820000u);
@@ -104,7 +104,7 @@ RAVL_INLINE void reduce(Vec<float, L> x, const R& c, Vec<float, L>& u, Vec<float
   const U e = top & get<U>(c.exp8);
   const U t = e + get<U>(c.two);
   const U q = mul_u15(t, get<U>(c.div3)) >> 14;  // (e + 2) div 3
-  const U rm = t - (q + q + q);
+  const U rm = t - mul_u15(q, get<U>(c.three));  // (q + q + q would become a two-instruction vpmulld)
   const U j = (xb >> 18) & get<U>(c.j31);
   const U field = (top - e) + get<U>(c.base);  // sign bit (0x100) plus the base
   const V s = as_float<V>((kRecip ? field - q : field + q) << 23);
