@@ -134,6 +134,13 @@ const struct {
     {"hypot", "fast", 1.2},     // 1.175 (6e6 pairs)
     {"hypotf", "full", 0.51},   // 0.5000 (10^7 pairs: x^2 + y^2 rounds once in double)
     {"hypotf", "fast", 1.2},    // 1.166 (10^7 pairs)
+    // sin, cos: the degree-15 kernels on |r| <= pi/2 err by up to 1.66 (sin) and 1.77 (cos) ulp
+    // near |r| = pi/2 before rounding; the full-range path (0.503) and the scalar routine (0.504)
+    // are far inside.
+    {"sin", "full", 3.5},       // 3.274
+    {"sin", "fast", 6.2e7},     // 6.142e7 (relative 6.8e-9: the degree-9 kernel near |r| = pi/2)
+    {"cos", "full", 3.6},       // 3.430
+    {"cos", "fast", 6.2e7},     // 6.142e7
 };
 
 bool normal_only_bound(const std::string& family, const std::string& algorithm) {
@@ -189,6 +196,19 @@ const Range kRanges[] = {
     {"hypotf", "wide", 0x1p-149, kFMax, kBitPatterns, 0, 0x1p-149, kFMax, kBitPatterns},
     {"hypotf", "huge", 0x1p100, kFMax, kBitPatterns, 0, -0x1p100, -kFMax, kBitPatterns},
     {"hypotf", "tiny", 0x1p-149, 0x1p-100, kBitPatterns, 0, 0x1p-149, 0x1p-100, kBitPatterns},
+    // sin and cos: the bench range, every binade of the fast reduction, the
+    // full-range reduction (inline in the plain class, the scalar routine in
+    // the reduced ones) up to DBL_MAX, and the tiny arguments. The points near
+    // multiples of pi/2 and around the bounds are special-value rows (their
+    // neighbourhoods are tested here).
+    {"sin", "moderate", -1000, 1000},
+    {"sin", "fast_binades", 0x1p-20, 0x1p24, kBitPatterns},
+    {"sin", "huge", 0x1p24, kDMax, kBitPatterns},
+    {"sin", "tiny", 0x1p-1074, 0x1p-20, kBitPatterns},
+    {"cos", "moderate", -1000, 1000},
+    {"cos", "fast_binades", 0x1p-20, 0x1p23, kBitPatterns},
+    {"cos", "huge", 0x1p23, kDMax, kBitPatterns},
+    {"cos", "tiny", 0x1p-1074, 0x1p-20, kBitPatterns},
 };
 // The logarithms: every positive normal, around 1 (where the result
 // cancels), and the denormals (the scalar routines).

@@ -137,6 +137,23 @@ const Row kRows[] = {
                0x1.fffffffffffffp499, 0, ACC}},
     {"hypotf", {FLT_MAX, FLT_MAX, INF, FLT_MAX, 0, FLT_MAX, 0x1p127, 0x1p127, ACC, 0x1p-149, 0x1p-149, 0x1p-149,
                 0x1p-149, 0, 0x1p-149, 1e30, 1e-30, 1e30, 0x1p-60, 0x1p-60, ACC, 0x1p60, 0x1p60, ACC}},
+    // sin, cos: the scalar routine's rows (inf -> NaN, NaN, zeros, |x| < 2^-252),
+    // the bounds of the fast reduction (sin: |x| = 2^24 and the next double;
+    // cos: |pi/2 - |x|| = 2^23 at x = 0x1.000000c90fdaap+23, and its
+    // neighbours), the largest double, 1e22, the doubles nearest to multiples
+    // of pi/2 and the hardest case of the reduction (x = 0x1.6ac5b262ca1ffp+849).
+    {"sin", {NAN, NAN, INF, NAN, -INF, NAN, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074,
+             0x1.8p-300, 0x1.8p-300, 0x1p-253, 0x1p-253, 0x1p-252, 0x1p-252, 1e22, CR, DBL_MAX, ACC, -DBL_MAX, ACC,
+             0x1p24, ACC, 0x1.0000000000001p24, ACC, -0x1.0000000000001p24, ACC, 0x1.fffffffffffffp23, ACC,
+             0x1.6ac5b262ca1ffp+849, ACC, 3.141592653589793, ACC, 1.5707963267948966, ACC, 6.283185307179586, ACC,
+             314.1592653589793, ACC, 103993 * 3.141592653589793, ACC, 0x1.921fb54442d18p+23, ACC,
+             0x1.921fb54442d18p+40, ACC, 0x1.921fb54442d18p+100, ACC, 0x1p-20, ACC, 1e-5, ACC}},
+    {"cos", {NAN, NAN, INF, NAN, -INF, NAN, 0, 1, -0.0, 1, 0x1p-1074, 1, -0x1p-1074, 1, 1e-300, 1, 0x1p-54, 1,
+             -0x1p-54, 1, 1e22, CR, DBL_MAX, ACC, -DBL_MAX, ACC, 0x1.000003243f6a9p+23, ACC,
+             0x1.000003243f6aap+23, ACC, 0x1.000003243f6a8p+23, ACC, -0x1.000003243f6aap+23, ACC, 0x1p23, ACC,
+             0x1.6ac5b262ca1ffp+849, ACC, 1.5707963267948966, ACC, 4.71238898038469, ACC, 3.141592653589793, ACC,
+             0x1.921fb54442d18p+22, ACC, 0x1.921fb54442d18p+41, ACC, 0x1.921fb54442d18p+200, ACC, 1e-8, ACC,
+             0x1p-26, ACC}},
     // Division: IEEE in every class but the single approximate ones, which
     // give the IEEE quotient where the divisor is zero, denormal or huge.
     {"div", {1, 0, INF, 0, 0, NAN, 1, 0x1p-1074, INF, -1, 0, -INF, 1, -0.0, -INF, 6, 3, 2, 1, 0.0078125, 128}},
