@@ -121,6 +121,11 @@ const Range kRanges[] = {
     // rootn's integer second argument.
     {"pow", 0.01, 100, 0, 0, false, -20, 20},  {"powr", 0.01, 100, 0, 0, false, -20, 20},
     {"pown", -10, 10, -20, 20, false},         {"rootn", 0.01, 1e6, 2, 16, false},
+    // Roots: positive x for the square roots (no lane on the routine), either
+    // sign for the cube roots and hypot.
+    {"sqrt", 0.001, 1e6, 0, 0, false},         {"rsqrt", 0.001, 1e6, 0, 0, false},
+    {"cbrt", -1e6, 1e6, 0, 0, false},          {"rcbrt", -1e6, 1e6, 0, 0, false},
+    {"hypot", -1e6, 1e6, 0, 0, false},
 };
 const double kDefaultLo = -1e6, kDefaultHi = 1e6;
 // Single families' exp/log ranges are clipped to what a float holds.

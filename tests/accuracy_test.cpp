@@ -24,7 +24,15 @@ const std::map<std::string, MpfrFn> kMpfr = {
     {"exp", mpfr_exp},     {"exp2", mpfr_exp2}, {"exp10", mpfr_exp10}, {"expm1", mpfr_expm1},
     {"log", mpfr_log},     {"log2", mpfr_log2}, {"log10", mpfr_log10}, {"log1p", mpfr_log1p},
     {"sin", mpfr_sin},     {"cos", mpfr_cos},   {"tan", mpfr_tan},     {"sincos", mpfr_sin},
-    {"sincosreg", mpfr_sin}};
+    {"sincosreg", mpfr_sin}, {"sqrt", mpfr_sqrt}, {"cbrt", mpfr_cbrt},
+    // 1/sqrt(x) with 1/sqrt(-0) = -inf (MPFR's rec_sqrt gives +inf for both zeros).
+    {"rsqrt",
+     [](mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t rnd) {
+       if (!mpfr_zero_p(x)) return mpfr_rec_sqrt(r, x, rnd);
+       mpfr_set_inf(r, mpfr_signbit(x) ? -1 : 1);
+       return 0;
+     }},
+    {"rcbrt", [](mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t rnd) { return mpfr_rootn_si(r, x, -3, rnd); }}};
 // OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
 // indeterminate 0^0, inf^0 and 1^inf.
 int powr_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
@@ -61,16 +69,23 @@ const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sinco
 // algorithm.
 const struct {
   const char *family, *parity;
-} kParity[] = {{"sin", "o"}, {"cos", "e"}, {"tanf", "o"}, {"sincos", "oe"}, {"sincosreg", "oe"}};
+} kParity[] = {{"sin", "o"},   {"cos", "e"},    {"tanf", "o"},  {"sincos", "oe"}, {"sincosreg", "oe"},
+                {"cbrt", "o"},  {"rcbrt", "o"},  {"asin", "o"},  {"asinpi", "o"},  {"atan", "o"},
+                {"atanpi", "o"}, {"sinh", "o"},  {"cosh", "e"},  {"tanh", "o"},    {"asinh", "o"},
+                {"atanh", "o"}};
 // tan (double) is not odd bit for bit above 128000: its full-range path works
 // on the signed argument, and the mirror nodes pi/4 and 3pi/4 of its table
 // differ in the pole term's weight (1 and 0), so tan(-x) and -tan(x) may
 // differ in the last bits there (both within the bound).
 
 // Asserted max error, ulp; the measured maxima (2^24 samples or more) in the comments.
+// normal_only: the algorithm has no lane test by design and is held to its
+// bound on normal finite inputs only (its zeros, denormals and infinities
+// are the special-value table's rows).
 const struct {
   const char *family, *algorithm;
   double ulp;
+  bool normal_only = false;
 } kBounds[] = {
     {"exp", "full", 1.0},       // 0.519
     {"exp", "fast", 2.98e7},    // 2.972e7 (relative 3.3e-9: the degree-2 polynomial's r^3/6 at ln2/256)
@@ -105,6 +120,26 @@ const struct {
     {"log1p", "fast", 2.7},     // 2.645 (x near 2^-11: T(1023) + r cancels to half)
     {"log1pf", "full", 0.67},   // 0.6602 (every single in (-1, 2^127))
     {"log1pf", "fast", 3.5},    // 3.419
+    {"sqrt", "full", 0.5},      // correctly rounded (tests/exact_test.cpp: bit for bit)
+    {"sqrtf", "full", 0.5},     // correctly rounded
+    {"sqrtf", "fast", 4096, true},  // 4095 (every positive normal single: the estimate alone, 1.5 * 2^-12)
+    {"sqrtf", "half", 4096},    // 4095 (every positive single; half_sqrt allows 8192)
+    {"rsqrt", "full", 0.54},    // 0.5290 (7e6 doubles: every binade, both range ends)
+    {"rsqrt", "fast", 2.8e5},   // 2.763e5 (relative 3.1e-11: the series cut after d^2)
+    {"rsqrtf", "full", 0.52},   // 0.5095 (every positive single)
+    {"rsqrtf", "fast", 3.8},    // 3.783 (every positive single)
+    {"cbrt", "full", 0.52},     // 0.5112 (5e6 doubles of both signs)
+    {"cbrt", "fast", 1.7e7},    // 1.675e7 (relative 1.9e-9: the series cut after u^2)
+    {"cbrtf", "full", 0.52},    // 0.5106 (every positive single; odd bit for bit)
+    {"cbrtf", "fast", 360},     // 355.4 (every positive single)
+    {"rcbrt", "full", 0.55},    // 0.5385 (5e6 doubles of both signs)
+    {"rcbrt", "fast", 7.4e7},   // 7.326e7 (relative 8.1e-9)
+    {"rcbrtf", "full", 0.52},   // 0.5129 (every positive single)
+    {"rcbrtf", "fast", 890},    // 888.7 (every positive single)
+    {"hypot", "full", 0.76},    // 0.5001 on normal results, 0.7500 on denormal ones (8e6 pairs)
+    {"hypot", "fast", 1.2},     // 1.175 (6e6 pairs)
+    {"hypotf", "full", 0.51},   // 0.5000 (10^7 pairs: x^2 + y^2 rounds once in double)
+    {"hypotf", "fast", 1.2},    // 1.166 (10^7 pairs)
     // sin, cos: the degree-15 kernels on |r| <= pi/2 err by up to 1.66 (sin) and 1.77 (cos) ulp
     // near |r| = pi/2 before rounding; the full-range path (0.503) and the scalar routine (0.504)
     // are far inside.
@@ -119,6 +154,12 @@ const struct {
     {"sincosreg", "full", 3.2},       // the bits of sincos
     {"sincosreg", "fast", 6.2e7},     // the bits of sincos
 };
+
+bool normal_only_bound(const std::string& family, const std::string& algorithm) {
+  for (const auto& b : kBounds)
+    if (family == b.family && algorithm == b.algorithm) return b.normal_only;
+  return false;
+}
 
 enum Sampling { kUniform, kBitPatterns, kEvery };
 struct Range {
@@ -157,6 +198,16 @@ const Range kRanges[] = {
     {"log1pf", "moderate", -1, 3},
     {"log1pf", "wide", 1, kFMax, kBitPatterns},
     {"log1pf", "tiny", 0x1p-30, 1, kBitPatterns},
+    // hypot: operands of one size (x^2 and y^2 alike: the sum's roundings
+    // matter most), every pair of bit patterns, the ends of the range.
+    {"hypot", "moderate", -4, 4, kUniform, 0, -4, 4},
+    {"hypot", "wide", 0x1p-1074, kDMax, kBitPatterns, 0, 0x1p-1074, kDMax, kBitPatterns},
+    {"hypot", "huge", 0x1p1000, kDMax, kBitPatterns, 0, -0x1p1000, -kDMax, kBitPatterns},
+    {"hypot", "tiny", 0x1p-1074, 0x1p-1000, kBitPatterns, 0, 0x1p-1074, 0x1p-1000, kBitPatterns},
+    {"hypotf", "moderate", -4, 4, kUniform, 0, -4, 4},
+    {"hypotf", "wide", 0x1p-149, kFMax, kBitPatterns, 0, 0x1p-149, kFMax, kBitPatterns},
+    {"hypotf", "huge", 0x1p100, kFMax, kBitPatterns, 0, -0x1p100, -kFMax, kBitPatterns},
+    {"hypotf", "tiny", 0x1p-149, 0x1p-100, kBitPatterns, 0, 0x1p-149, 0x1p-100, kBitPatterns},
     // sin and cos: the bench range, every binade of the fast reduction, the
     // full-range reduction (inline in the plain class, the scalar routine in
     // the reduced ones) up to DBL_MAX, and the tiny arguments. The points near
@@ -194,6 +245,15 @@ std::vector<Range> ranges() {
     const bool single = f[std::strlen(f) - 1] == 'f';
     v.push_back({f, "wide", single ? kFMin : kDMin, single ? kFMax : kDMax, kBitPatterns});
     v.push_back({f, "near1", 0.5, 2.0});
+    v.push_back({f, "denormal", single ? 0x1p-149 : 0x1p-1074, single ? 0x1p-126 : kDMin, kBitPatterns});
+  }
+  // The roots: every positive normal (and negative one for the odd cube
+  // roots), [0.5, 8) (every exponent remainder mod 3 and parity), the denormals.
+  for (const char* f : {"sqrt", "sqrtf", "rsqrt", "rsqrtf", "cbrt", "cbrtf", "rcbrt", "rcbrtf"}) {
+    const bool single = f[std::strlen(f) - 1] == 'f', odd = std::strstr(f, "cbrt");
+    v.push_back({f, "wide", single ? kFMin : kDMin, single ? kFMax : kDMax, kBitPatterns});
+    if (odd) v.push_back({f, "wide_negative", single ? -kFMin : -kDMin, single ? -kFMax : -kDMax, kBitPatterns});
+    v.push_back({f, "near1", 0.5, 8.0});
     v.push_back({f, "denormal", single ? 0x1p-149 : 0x1p-1074, single ? 0x1p-126 : kDMin, kBitPatterns});
   }
   return v;
@@ -296,7 +356,9 @@ template <class T> void check(const Row& row) {
     UlpRef<T> ref(mpfr_of(row.range.family, k), mpfr2_of(row.range.family));
     double worst = 0;
     size_t at = 0;
+    const bool normal_only = normal_only_bound(row.range.family, row.algorithm);
     for (size_t i = 0; i < in.size(); ++i) {
+      if (normal_only && !(std::isnormal(in[i]) || std::isnan(in[i]))) continue;
       const double e = ref.ulp_error2(in[i], yv.empty() ? 0 : yv[i], from_bits<T>(out[i]));
       if (!(e <= worst)) worst = e, at = i;
     }

@@ -114,6 +114,48 @@ const Row kRows[] = {
     {"log1pf", {NAN, NAN, INF, INF, -INF, NAN, -1, -INF, -1.00000012, NAN, -3, NAN, 0, 0, -0.0, -0.0, 0x1p-149,
                 0x1p-149, -0x1p-149, -0x1p-149, 0x1p-30, 0x1p-30, -0x1p-30, -0x1p-30, -0.5, ACC, -0.29289322, ACC,
                 0.41421357, ACC, 1, ACC, 0x1p24, ACC, FLT_MAX, ACC, 1e-5, ACC, 0x1p-20, ACC}},
+    // Roots. sqrt: the instruction's IEEE values; sqrtf _native is x times
+    // the estimate even at 0 (0 * inf) and +inf (inf * 0); the other single
+    // classes send zeros, denormals, negative and infinite x to the routine.
+    {"sqrt", {NAN, NAN, INF, INF, -INF, NAN, 0, 0, -0.0, -0.0, -1, NAN, -0x1p-1074, NAN, 4, 2, 0x1p-1074, 0x1p-537,
+              DBL_MIN, 0x1p-511, DBL_MAX, CR, 2, CR}},
+    {"sqrtf:full,sqrtf:half", {NAN, NAN, INF, INF, -INF, NAN, 0, 0, -0.0, -0.0, -1, NAN, -0x1p-149, NAN, 4, ACC,
+                                0x1p-148, 0x1p-74, 0x1.fffffcp-127, CR, 0x1p-149, CR, FLT_MAX, ACC, FLT_MIN, ACC}},
+    {"sqrtf:full", {FLT_MAX, CR, 2, CR, 4, 2}},
+    {"sqrtf:fast", {0, NAN, INF, NAN, -1, NAN, 4, ACC, FLT_MIN, ACC, FLT_MAX, ACC}},
+    // rsqrt: the vector path's range ends (2^-970 and 2^1022 plain, 2^-1020
+    // fast) within the class bound on both sides.
+    {"rsqrt", {NAN, NAN, INF, 0, -INF, NAN, 0, INF, -0.0, -INF, -1, NAN, -0x1p-1074, NAN, -DBL_MAX, NAN, 0x1p-1074, ACC,
+               0x1.fffffffffffffp-1023, ACC, DBL_MIN, ACC, 0x1p-970, ACC, 0x1.fffffffffffffp-971, ACC, 0x1p-1020, ACC,
+               0x1.fffffffffffffp-1021, ACC, 0x1p1022, ACC, 0x1.fffffffffffffp1021, ACC, DBL_MAX, ACC, 4, ACC, 2, ACC}},
+    {"rsqrtf", {NAN, NAN, INF, 0, -INF, NAN, 0, INF, -0.0, -INF, -1, NAN, -0x1p-149, NAN, 0x1p-149, ACC,
+                0x1.fffffcp-127, ACC, FLT_MIN, ACC, FLT_MAX, ACC, 4, ACC, 2, ACC}},
+    // cbrt, rcbrt: negative x on the vector path; the least normal is not
+    // flagged, the largest denormal is (the routine).
+    {"cbrt", {NAN, NAN, INF, INF, -INF, -INF, 0, 0, -0.0, -0.0, 0x1p-1074, ACC, -0x1p-1074, ACC,
+              0x1.fffffffffffffp-1023, ACC, -0x1.fffffffffffffp-1023, ACC, DBL_MIN, ACC, -DBL_MIN, ACC, DBL_MAX, ACC,
+              -DBL_MAX, ACC, -8, ACC, 3, ACC}},
+    {"cbrt:full", {-8, -2, 8, 2, 27, 3, -0.125, -0.5, 0x1p-1074, 0x1p-358, -0x1p-1071, -0x1p-357}},
+    {"cbrtf", {NAN, NAN, INF, INF, -INF, -INF, 0, 0, -0.0, -0.0, 0x1p-149, ACC, -0x1p-149, ACC, 0x1.fffffcp-127, ACC,
+               -0x1.fffffcp-127, ACC, FLT_MIN, ACC, -FLT_MIN, ACC, FLT_MAX, ACC, -FLT_MAX, ACC, -8, ACC, 3, ACC}},
+    {"cbrtf:full", {-8, -2, 8, 2, 27, 3, -0.125, -0.5, 0x1p-147, 0x1p-49}},
+    {"rcbrt", {NAN, NAN, INF, 0, -INF, -0.0, 0, INF, -0.0, -INF, 0x1p-1074, ACC, -0x1p-1074, ACC,
+               0x1.fffffffffffffp-1023, ACC, DBL_MIN, ACC, -DBL_MIN, ACC, DBL_MAX, ACC, -DBL_MAX, ACC, -8, ACC, 3, ACC}},
+    {"rcbrt:full", {-8, -0.5, 8, 0.5, -0.125, -2, 0x1p-1074, 0x1p358}},
+    {"rcbrtf", {NAN, NAN, INF, 0, -INF, -0.0, 0, INF, -0.0, -INF, 0x1p-149, ACC, -0x1p-149, ACC, 0x1.fffffcp-127, ACC,
+                FLT_MIN, ACC, -FLT_MIN, ACC, FLT_MAX, ACC, -FLT_MAX, ACC, -8, ACC, 3, ACC}},
+    {"rcbrtf:full", {-8, -0.5, 8, 0.5, 0x1p-147, 0x1p49}},
+    // hypot: an infinity wins over NaN; |x| exactly when y is zero; no
+    // overflow or underflow before the result.
+    {"hypot,hypotf", {INF, NAN, INF, NAN, -INF, INF, -INF, 1, INF, 1, INF, INF, NAN, 1, NAN, 1, NAN, NAN, 3, 4, 5, -3, 4,
+                      5, 0, 0, 0, -0.0, -0.0, 0, -5, 0, 5, 0, -5, 5, -0.0, 5, 5, 1e-300, 0, ACC, -1e30, -0.0, ACC, 1e30,
+                      1e30, ACC, 1e-30, 1e-30, ACC, 3e-39, 4e-39, ACC}},
+    {"hypot", {DBL_MAX, DBL_MAX, INF, DBL_MAX, 0, DBL_MAX, 0x1p1023, 0x1p1023, ACC, -0x1.8p1023, 0x1p1022, ACC, 0x1p-1074,
+               0x1p-1074, 0x1p-1074, 0x1p-1074, 0, 0x1p-1074, 0x1.8p-1073, 0x1p-1072, ACC, 3e-308, 4e-308, ACC, 1e300,
+               1e-300, 1e300, 0x1p-500, 0x1p-500, ACC, 0x1p500, 0x1p500, ACC, 0x1.0000000000001p-500, 0, ACC,
+               0x1.fffffffffffffp499, 0, ACC}},
+    {"hypotf", {FLT_MAX, FLT_MAX, INF, FLT_MAX, 0, FLT_MAX, 0x1p127, 0x1p127, ACC, 0x1p-149, 0x1p-149, 0x1p-149,
+                0x1p-149, 0, 0x1p-149, 1e30, 1e-30, 1e30, 0x1p-60, 0x1p-60, ACC, 0x1p60, 0x1p60, ACC}},
     // sin, cos: the scalar routine's rows (inf -> NaN, NaN, zeros, |x| < 2^-252),
     // the bounds of the fast reduction (sin: |x| = 2^24 and the next double;
     // cos: |pi/2 - |x|| = 2^23 at x = 0x1.000000c90fdaap+23, and its

@@ -160,6 +160,15 @@ template <class T> void add_floating(std::vector<Reference>& v) {
     r[0] = bits(is_nan(x) ? quiet(x) : is_nan(y) ? quiet(y) : std::nextafter(x, y));
   });
   add("nan", [](ARGS) { r[0] = Fmt<T>::exp | Fmt<T>::quiet | (a[0] & Fmt<T>::mant); });
+  // The square root rounded once in mode rm (the instruction); x < 0 gives
+  // the default NaN, -0 itself.
+  add("sqrt", [](ARGS) {
+    const T x = arg<T>(a, 0);
+    Mp m(x);
+    r[0] = bits(is_nan(x) ? quiet(x) : x < 0 ? default_nan<T>() : mp_round<T>(rm, [&](mpfr_ptr res, mpfr_rnd_t d) {
+      return mpfr_sqrt(res, m, d);
+    }));
+  });
   // Division: IEEE, but for the single approximate algorithms x * rcp(y) (the
   // hardware estimate, no refinement) where y is normal and below 2^126 (inv:
   // at most 0x1.ffdp+125, so that the estimate never falls below the normal range).

@@ -257,6 +257,19 @@ RAVL_INLINE Vec<T, 4 * N> join(Vec<T, N> a, Vec<T, N> b, Vec<T, N> c, Vec<T, N> 
 // The hardware reciprocal approximation (relative error at most 1.5 * 2^-12).
 RAVL_INLINE F32x4 rcp_approx(F32x4 x) { return (F32x4)_mm_rcp_ps((__m128)x); }
 RAVL_INLINE F32x8 rcp_approx(F32x8 x) { return (F32x8)_mm256_rcp_ps((__m256)x); }
+// The hardware reciprocal-square-root approximation (relative error at most
+// 1.5 * 2^-12; +0 gives +inf, +inf gives +0, negative inputs NaN).
+RAVL_INLINE F32x4 rsqrt_approx(F32x4 x) { return (F32x4)_mm_rsqrt_ps((__m128)x); }
+RAVL_INLINE F32x8 rsqrt_approx(F32x8 x) { return (F32x8)_mm256_rsqrt_ps((__m256)x); }
+// The same estimate of doubles: each lane narrowed to single (within the
+// single range), its estimate widened back (exact).
+RAVL_INLINE F64x2 rsqrt_approx(F64x2 x) { return (F64x2)_mm_cvtps_pd(_mm_rsqrt_ps(_mm_cvtpd_ps((__m128d)x))); }
+RAVL_INLINE F64x4 rsqrt_approx(F64x4 x) { return (F64x4)_mm256_cvtps_pd(_mm_rsqrt_ps(_mm256_cvtpd_ps((__m256d)x))); }
+// The hardware square root, correctly rounded (IEEE special values).
+RAVL_INLINE F64x2 sqrt_hw(F64x2 x) { return (F64x2)_mm_sqrt_pd((__m128d)x); }
+RAVL_INLINE F64x4 sqrt_hw(F64x4 x) { return (F64x4)_mm256_sqrt_pd((__m256d)x); }
+RAVL_INLINE F32x4 sqrt_hw(F32x4 x) { return (F32x4)_mm_sqrt_ps((__m128)x); }
+RAVL_INLINE F32x8 sqrt_hw(F32x8 x) { return (F32x8)_mm256_sqrt_ps((__m256)x); }
 // Conversion to 32-bit integers truncating toward zero; NaN and values out of
 // the int32 range give 0x80000000 (the integer indefinite value).
 RAVL_INLINE I32x4 cvtt_i32(F64x4 x) { return (I32x4)_mm256_cvttpd_epi32((__m256d)x); }
@@ -319,6 +332,20 @@ RAVL_INLINE Vec<uint64_t, 2> shl_var(Vec<uint64_t, 2> v, Vec<uint64_t, 2> n) {
   return (Vec<uint64_t, 2>)_mm_sllv_epi64((__m128i)v, (__m128i)n);
 }
 RAVL_INLINE U64x4 shl_var(U64x4 v, U64x4 n) { return (U64x4)_mm256_sllv_epi64((__m256i)v, (__m256i)n); }
+// The product of the low 32-bit halves of each 64-bit lane (vpmuludq: one
+// instruction where a 64-bit product takes three).
+RAVL_INLINE Vec<uint64_t, 2> mul_u32(Vec<uint64_t, 2> a, Vec<uint64_t, 2> b) {
+  return (Vec<uint64_t, 2>)_mm_mul_epu32((__m128i)a, (__m128i)b);
+}
+RAVL_INLINE U64x4 mul_u32(U64x4 a, U64x4 b) { return (U64x4)_mm256_mul_epu32((__m256i)a, (__m256i)b); }
+// The product of 32-bit lanes a and b both below 2^15 (vpmaddwd: one
+// instruction where vpmulld takes two).
+RAVL_INLINE Vec<uint32_t, 4> mul_u15(Vec<uint32_t, 4> a, Vec<uint32_t, 4> b) {
+  return (Vec<uint32_t, 4>)_mm_madd_epi16((__m128i)a, (__m128i)b);
+}
+RAVL_INLINE Vec<uint32_t, 8> mul_u15(Vec<uint32_t, 8> a, Vec<uint32_t, 8> b) {
+  return (Vec<uint32_t, 8>)_mm256_madd_epi16((__m256i)a, (__m256i)b);
+}
 
 // The 32-bit lanes of idx (nonnegative table indices) in general registers:
 // two lanes per 64-bit move (vmovq or vpextrq), the even lane zero-extended
