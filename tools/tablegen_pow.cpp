@@ -47,7 +47,7 @@ void split_rn(mpfr_t v, double* hi, double* lo) {
 
 int main() {
   static uint64_t log2acc[2 * 513], exp2acc[256], lnfast[513], expfast[2048], exp2dd[2 * 128];
-  static uint64_t red1[4 * 33], red2[4 * 33], red3[4 * 129];
+  static uint64_t red1[4 * 33], red2[4 * 33], red3[4 * 131];
   static uint32_t f_hi[8], f_lo[8], f_exp[8];
   mpfr_t v, t;
   mpfr_inits2(kPrec, v, t, (mpfr_ptr)0);
@@ -157,11 +157,11 @@ int main() {
   // (r, hi, lo, 0) with r = RN(1/c), c = 1 + i 2^-s, and hi + lo = -log2(r)
   // (of the double r) to about 2^-106. Stage 1: c = 1 + i/32, i = 0..32 (row
   // 32: r = 1/2 exactly, -log2 r = 1); stage 2: c = 1 + i/2^10, i = -16..16;
-  // stage 3: c = 1 + i/2^17, i = -64..64. Rows are stored from the lowest i.
+  // stage 3: c = 1 + i/2^17, i = -65..65 (the residue of stage 2 reaches 65 2^-17). Rows are stored from the lowest i.
   struct Stage {
     uint64_t* rows;
     int lo, hi, shift;
-  } stages[3] = {{red1, 0, 32, 5}, {red2, -16, 16, 10}, {red3, -64, 64, 17}};
+  } stages[3] = {{red1, 0, 32, 5}, {red2, -16, 16, 10}, {red3, -65, 65, 17}};
   for (const Stage& s : stages)
     for (int i = s.lo; i <= s.hi; ++i) {
       mpfr_set_si(v, i, MPFR_RNDN);
@@ -181,7 +181,7 @@ int main() {
   expect("reduction 1 hi", 32, from_bits(red1[4 * 32 + 1]), 1.0);
   expect("reduction 1 r", 0, from_bits(red1[0]), 1.0);
   expect("reduction 2 r", 16, from_bits(red2[4 * 16]), 1.0);
-  expect("reduction 3 r", 64, from_bits(red3[4 * 64]), 1.0);
+  expect("reduction 3 r", 65, from_bits(red3[4 * 65]), 1.0);
   mpfr_clears(v, t, (mpfr_ptr)0);
   if (failures) return 1;
 
@@ -217,11 +217,11 @@ int main() {
   std::printf(
       "// Accurate routines, the three log2 reductions: 32-byte rows (r, hi, lo, 0), r = RN(1/c) for\n"
       "// c = 1 + i 2^-s, hi + lo = -log2(r) to about 2^-106 (hi = RN). Stage 1: s = 5, i = 0..32\n"
-      "// (row 32: r = 1/2, hi = 1); stage 2: s = 10, i = -16..16; stage 3: s = 17, i = -64..64;\n"
+      "// (row 32: r = 1/2, hi = 1); stage 2: s = 10, i = -16..16; stage 3: s = 17, i = -65..65;\n"
       "// rows from the lowest i.\n");
   print_table64("alignas(64) inline constexpr uint64_t kLog2Red1[132]", red1, 4 * 33);
   print_table64("alignas(64) inline constexpr uint64_t kLog2Red2[132]", red2, 4 * 33);
-  print_table64("alignas(64) inline constexpr uint64_t kLog2Red3[516]", red3, 4 * 129);
+  print_table64("alignas(64) inline constexpr uint64_t kLog2Red3[524]", red3, 4 * 131);
   close_file("pow_tables");
   return 0;
 }

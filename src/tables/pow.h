@@ -1075,7 +1075,7 @@ alignas(64) inline constexpr uint64_t kExp2Pairs128[256] = {
 
 // Accurate routines, the three log2 reductions: 32-byte rows (r, hi, lo, 0), r = RN(1/c) for
 // c = 1 + i 2^-s, hi + lo = -log2(r) to about 2^-106 (hi = RN). Stage 1: s = 5, i = 0..32
-// (row 32: r = 1/2, hi = 1); stage 2: s = 10, i = -16..16; stage 3: s = 17, i = -64..64;
+// (row 32: r = 1/2, hi = 1); stage 2: s = 10, i = -16..16; stage 3: s = 17, i = -65..65;
 // rows from the lowest i.
 alignas(64) inline constexpr uint64_t kLog2Red1[132] = {
     0x3ff0000000000000ull, 0x8000000000000000ull, 0x0000000000000000ull, 0x0000000000000000ull,
@@ -1149,7 +1149,8 @@ alignas(64) inline constexpr uint64_t kLog2Red2[132] = {
     0x3fef81f81f81f820ull, 0x3f96e79685c2d212ull, 0x3c3d49b0ada3a0c8ull, 0x0000000000000000ull,
 };
 
-alignas(64) inline constexpr uint64_t kLog2Red3[516] = {
+alignas(64) inline constexpr uint64_t kLog2Red3[524] = {
+    0x3ff00208420c6293ull, 0xbf4773199930c0eaull, 0x3be89dd21289e7fbull, 0x0000000000000000ull,
     0x3ff0020040080100ull, 0xbf4716b8d86bc114ull, 0x3b80fc30e9b80d4dull, 0x0000000000000000ull,
     0x3ff001f83e0ba26eull, 0xbf46ba5845dcdfb7ull, 0xbbd6720c8cf64a4bull, 0x0000000000000000ull,
     0x3ff001f03c1746d2ull, 0xbf465df7e183fa65ull, 0xbbeae3f79e2b0e0dull, 0x0000000000000000ull,
@@ -1279,6 +1280,7 @@ alignas(64) inline constexpr uint64_t kLog2Red3[516] = {
     0x3feffc20781175e3ull, 0x3f465b42aa76c885ull, 0x3ba9c0635e9ab203ull, 0x0000000000000000ull,
     0x3feffc107bf8bee5ull, 0x3f46b78c8407a852ull, 0xbbcacf3e612898e2ull, 0x0000000000000000ull,
     0x3feffc007ff00200ull, 0x3f4713d62f795652ull, 0xbbe26045f9223a21ull, 0x0000000000000000ull,
+    0x3feffbf083f73f1cull, 0x3f47701faccc00e3ull, 0xbbecd01198767c30ull, 0x0000000000000000ull,
 };
 
 }  // namespace pow_tables
