@@ -103,6 +103,7 @@ struct Range {
   double lo, hi;
   int64_t ilo, ihi;
   bool geometric;
+  double ylo = 0, yhi = 0;  // a second floating argument's range, when ylo < yhi
 };
 const Range kRanges[] = {
     {"exp", -700, 700, 0, 0, false},        {"exp2", -1000, 1000, 0, 0, false},
@@ -116,6 +117,10 @@ const Range kRanges[] = {
     {"sin", -1000, 1000, 0, 0, false},      {"cos", -1000, 1000, 0, 0, false},
     {"tan", -1000, 1000, 0, 0, false},      {"sincos", -1000, 1000, 0, 0, false},
     {"sincosreg", -1000, 1000, 0, 0, false},
+    // Powers: x^y with results well inside the single range; pown's and
+    // rootn's integer second argument.
+    {"pow", 0.01, 100, 0, 0, false, -20, 20},  {"powr", 0.01, 100, 0, 0, false, -20, 20},
+    {"pown", -10, 10, -20, 20, false},         {"rootn", 0.01, 1e6, 2, 16, false},
 };
 const double kDefaultLo = -1e6, kDefaultHi = 1e6;
 // Single families' exp/log ranges are clipped to what a float holds.
@@ -124,11 +129,12 @@ const double kFloatMax = 1e30;
 alignas(64) unsigned char in_buf[3][kElems * 8];
 alignas(64) unsigned char out_buf[2][kElems * 8];
 
-template <class T> void fill(unsigned char* buf, const Range& r, bool divisor) {
+template <class T> void fill(unsigned char* buf, const Range& r, bool divisor, bool second) {
   T* p = (T*)buf;
   for (int i = 0; i < kElems; ++i) {
     if constexpr ((T)0.5 != 0) {
       double lo = r.lo, hi = r.hi;
+      if (second && r.ylo < r.yhi) lo = r.ylo, hi = r.yhi;
       if (sizeof(T) == 4) {
         lo = lo < -kFloatMax ? -kFloatMax : lo > kFloatMax ? kFloatMax : lo;
         hi = hi > kFloatMax ? kFloatMax : hi < -kFloatMax ? -kFloatMax : hi;
@@ -226,7 +232,7 @@ template <class R, class P0, class... A> struct Caller {
   }
   static void fill_inputs(const Range& r, bool int_divisor) {
     int k = 0;
-    ((fill<A>(in_buf[k], r, int_divisor && k == 1), ++k), ...);
+    ((fill<A>(in_buf[k], r, int_divisor && k == 1, k == 1), ++k), ...);
   }
 };
 
@@ -283,8 +289,9 @@ const SigRow* sig_row(const char* sig) {
   return nullptr;
 }
 
+Range default_range;  // constant-initialized: no guard
 const Range& range_of(const char* family, const char* sig) {
-  static Range def;
+  Range& def = default_range;
   char base[48];
   snprintf(base, sizeof base, "%s", family);
   size_t n = strlen(base);

@@ -25,6 +25,34 @@ const std::map<std::string, MpfrFn> kMpfr = {
     {"log", mpfr_log},     {"log2", mpfr_log2}, {"log10", mpfr_log10}, {"log1p", mpfr_log1p},
     {"sin", mpfr_sin},     {"cos", mpfr_cos},   {"tan", mpfr_tan},     {"sincos", mpfr_sin},
     {"sincosreg", mpfr_sin}};
+// OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
+// indeterminate 0^0, inf^0 and 1^inf.
+int powr_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
+  if (mpfr_sgn(x) < 0 || (mpfr_zero_p(x) && mpfr_zero_p(y)) || (mpfr_inf_p(x) && mpfr_zero_p(y)) ||
+      (mpfr_cmp_ui(x, 1) == 0 && mpfr_inf_p(y))) {
+    mpfr_set_nan(r);
+    return 0;
+  }
+  if (mpfr_zero_p(x)) return mpfr_pow(r, Mp(0.0), y, rnd);
+  return mpfr_pow(r, x, y, rnd);
+}
+// rootn(x, n) = x^(1/n): NaN for n = 0, through 1/rootn(x, -n) at 64 more
+// bits for n < 0.
+int rootn_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
+  const long n = mpfr_get_si(y, MPFR_RNDN);
+  if (n == 0) {
+    mpfr_set_nan(r);
+    return 0;
+  }
+  if (n > 0) return mpfr_rootn_ui(r, x, (unsigned long)n, rnd);
+  Mp t(0, (int)mpfr_get_prec(r) + 64);
+  mpfr_rootn_ui(t, x, (unsigned long)-n, MPFR_RNDN);
+  return mpfr_ui_div(r, 1, t, rnd);
+}
+// The two-argument families; pown's integer is the second argument.
+const std::map<std::string, MpfrFn2> kMpfr2 = {
+    {"pow", mpfr_pow}, {"powr", powr_ref}, {"pown", mpfr_pow}, {"rootn", rootn_ref}, {"hypot", mpfr_hypot}};
+
 // The second result of the two-result families.
 const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sincosreg", mpfr_cos}};
 
@@ -81,6 +109,11 @@ struct Range {
   double lo, hi;  // for kBitPatterns and kEvery: of one sign
   Sampling how = kUniform;
   double ulp = 0;  // a tighter bound than the algorithm's, for the full algorithm only
+  // Two-argument families: the second argument's range and sampling (an
+  // integer argument: uniform integers). One input in eight pairs x with a
+  // random bit pattern instead.
+  double ylo = 0, yhi = 0;
+  Sampling yhow = kUniform;
 };
 constexpr double kDMin = DBL_MIN, kDMax = DBL_MAX, kFMin = FLT_MIN, kFMax = FLT_MAX;
 const Range kRanges[] = {
@@ -178,25 +211,57 @@ template <class T> std::vector<T> inputs(const Row& row) {
   return in;
 }
 
+// The second arguments of a two-argument row, one per first argument, as
+// lane bits of type t, and as doubles for the reference.
+template <class T> void second_inputs(const Range& r, Lane t, size_t n, std::vector<uint64_t>& lanes,
+                                      std::vector<double>& values) {
+  Rng g(std::hash<std::string>()(r.family + std::string(r.name) + "y"));
+  const double s = std::signbit(r.ylo) ? -1 : 1;
+  const uint64_t a = bits((T)std::fabs(r.ylo)), b = bits((T)std::fabs(r.yhi));
+  const uint64_t lo = std::min(a, b), span = std::max(a, b) - lo;
+  for (size_t i = 0; i < n; ++i) {
+    const bool wild = g.next() % 8 == 0;
+    if (t == kI) {
+      const int32_t k = wild ? (int32_t)g.next()
+                             : (int32_t)(r.ylo + (double)(g.next() % (uint64_t)(r.yhi - r.ylo + 1)));
+      lanes.push_back((uint32_t)k);
+      values.push_back(k);
+      continue;
+    }
+    const T y = wild ? from_bits<T>(g.next())
+                : r.yhow == kUniform ? (T)(r.ylo + (r.yhi - r.ylo) * (double)(g.next() >> 11) * 0x1p-53)
+                                     : (T)s * from_bits<T>(lo + g.next() % (span + 1));
+    lanes.push_back(bits(y));
+    values.push_back(y);
+  }
+}
+
 template <class T> void check(const Row& row) {
   const std::vector<T> in = inputs<T>(row);
-  std::vector<uint64_t> x(in.size());
+  std::vector<uint64_t> x(in.size()), y;
+  std::vector<double> yv;
   for (size_t i = 0; i < in.size(); ++i) x[i] = bits(in[i]);
   const std::string name = member(row.range.family, row.cls, 16);
-  const Lanes outs = run_lanes(name, {x});
-  for (int k = 0; k < (int)outs.size() && mpfr_of(row.range.family, k); ++k) {
+  const Shape& sh = callee(name)->shape;
+  if (sh.nin == 2) second_inputs<T>(row.range, sh.in_t[1], in.size(), y, yv);
+  const Lanes outs = run_lanes(name, sh.nin == 2 ? Lanes{x, y} : Lanes{x});
+  for (int k = 0; k < (int)outs.size() && (mpfr_of(row.range.family, k) || (k == 0 && mpfr2_of(row.range.family)));
+       ++k) {
     const std::vector<uint64_t>& out = outs[k];
-    UlpRef<T> ref(mpfr_of(row.range.family, k));
+    UlpRef<T> ref(mpfr_of(row.range.family, k), mpfr2_of(row.range.family));
     double worst = 0;
     size_t at = 0;
     for (size_t i = 0; i < in.size(); ++i) {
-      const double e = ref.ulp_error(in[i], from_bits<T>(out[i]));
+      const double e = ref.ulp_error2(in[i], yv.empty() ? 0 : yv[i], from_bits<T>(out[i]));
       if (!(e <= worst)) worst = e, at = i;
     }
     const T got = from_bits<T>(out[at]);
-    std::printf("%s result %d: max %.4g ulp over %zu inputs, worst x = %a (got %a, want %a)\n", name.c_str(), k, worst,
-                in.size(), (double)in[at], (double)got, (double)ref.correct(in[at]));
-    EXPECT_LE(worst, row.bound) << name << " result " << k << " at x = " << hex(in[at]) << ": got " << hex(got);
+    const double y_at = yv.empty() ? 0 : yv[at];
+    std::printf("%s result %d: max %.4g ulp over %zu inputs, worst x = %a%s%a (got %a, want %a)\n", name.c_str(), k,
+                worst, in.size(), (double)in[at], yv.empty() ? "" : ", y = ", y_at, (double)got,
+                (double)ref.correct(in[at], y_at));
+    EXPECT_LE(worst, row.bound) << name << " result " << k << " at x = " << hex(in[at]) << ", y = " << y_at
+                                << ": got " << hex(got);
   }
 }
 
@@ -245,12 +310,15 @@ TEST(Parity, OddAndEvenFamiliesBitForBit) {
 
 }  // namespace
 
-MpfrFn mpfr_of(const std::string& family, int result) {
-  const std::map<std::string, MpfrFn>& m = result == 0 ? kMpfr : kMpfrSecond;
+template <class F> F lookup(const std::map<std::string, F>& m, const std::string& family) {
   auto it = m.find(family);
   if (it == m.end() && !family.empty() && family.back() == 'f') it = m.find(family.substr(0, family.size() - 1));
-  return it == m.end() || result > 1 ? nullptr : it->second;
+  return it == m.end() ? nullptr : it->second;
 }
+MpfrFn mpfr_of(const std::string& family, int result) {
+  return result > 1 ? nullptr : lookup(result == 0 ? kMpfr : kMpfrSecond, family);
+}
+MpfrFn2 mpfr2_of(const std::string& family) { return lookup(kMpfr2, family); }
 
 double class_bound(const std::string& family, const std::string& algorithm) {
   for (const auto& b : kBounds)
@@ -262,7 +330,7 @@ double class_bound(const std::string& family, const std::string& algorithm) {
 TEST(AccuracyRows, EveryAlgorithmHasABoundAndARange) {
   const std::vector<Row> all = rows();
   for (const ExportRow& e : kExports)
-    if (mpfr_of(e.family)) {
+    if (has_reference(e.family)) {
       EXPECT_GT(class_bound(e.family, e.algorithm), 0) << e.family << " " << e.algorithm;
       EXPECT_TRUE(std::any_of(all.begin(), all.end(), [&](const Row& r) { return r.range.family == std::string(e.family); }))
           << e.family << " has no range";

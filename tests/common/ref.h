@@ -86,6 +86,8 @@ template <class T, class Op> T mp_round(int rm, Op op) {
 }
 
 using MpfrFn = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t);
+// Two arguments (pow, hypot; pown and rootn with the integer as the second).
+using MpfrFn2 = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_srcptr, mpfr_rnd_t);
 
 // The error of got = f(x) in ulp: the ulp of the correctly rounded result's
 // binade, the smaller one below a power of two reached from below, the
@@ -93,16 +95,21 @@ using MpfrFn = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t);
 // an infinite correctly rounded result must be matched exactly.
 template <class T> class UlpRef {
  public:
-  explicit UlpRef(MpfrFn f) : f_(f) { mpfr_inits2(2 * Fmt<T>::prec + 24, x_, e_, d_, (mpfr_ptr)0); }
-  ~UlpRef() { mpfr_clears(x_, e_, d_, (mpfr_ptr)0); }
+  explicit UlpRef(MpfrFn f, MpfrFn2 f2 = nullptr) : f_(f), f2_(f2) {
+    mpfr_inits2(2 * Fmt<T>::prec + 24, x_, e_, d_, (mpfr_ptr)0);
+    mpfr_init2(y_, 64);
+  }
+  ~UlpRef() { mpfr_clears(x_, y_, e_, d_, (mpfr_ptr)0); }
   UlpRef(const UlpRef&) = delete;
 
-  T correct(T x) {
-    eval(x);
+  // f(x), or f2(x, y) for a two-argument reference.
+  T correct(T x, double y = 0) {
+    eval(x, y);
     return round();
   }
-  double ulp_error(T x, T got) {
-    eval(x);
+  double ulp_error(T x, T got) { return ulp_error2(x, 0, got); }
+  double ulp_error2(T x, double y, T got) {
+    eval(x, y);
     if (mpfr_nan_p(e_)) return std::isnan(got) ? 0 : INFINITY;
     const T cr = round();
     if (std::isinf(cr)) return got == cr ? 0 : INFINITY;
@@ -121,17 +128,20 @@ template <class T> class UlpRef {
   }
 
  private:
-  void eval(T x) {
+  void eval(T x, double y) {
     full_range();
     mpfr_set_d(x_, (double)x, MPFR_RNDN);
-    f_(e_, x_, MPFR_RNDN);
+    mpfr_set_d(y_, y, MPFR_RNDN);
+    if (f2_) f2_(e_, x_, y_, MPFR_RNDN);
+    else f_(e_, x_, MPFR_RNDN);
   }
   T round() {
     if (mpfr_nan_p(e_)) return NAN;
     return mp_round<T>(0, [&](mpfr_ptr r, mpfr_rnd_t rnd) { return mpfr_set(r, e_, rnd); });
   }
   MpfrFn f_;
-  mpfr_t x_, e_, d_;
+  MpfrFn2 f2_;
+  mpfr_t x_, y_, e_, d_;
 };
 
 }  // namespace ravl_test

@@ -14,6 +14,9 @@ namespace ravl_test {
 // The MPFR function of result `result` of a one-argument floating family
 // ("expm1f": mpfr_expm1; "sincos" result 1: mpfr_cos), or null.
 MpfrFn mpfr_of(const std::string& family, int result = 0);
+// The MPFR function of a two-argument family ("powf": mpfr_pow), or null.
+MpfrFn2 mpfr2_of(const std::string& family);
+inline bool has_reference(const std::string& family) { return mpfr_of(family) || mpfr2_of(family); }
 // The max error asserted for the family's algorithm, in ulp (0 when it has none).
 double class_bound(const std::string& family, const std::string& algorithm);
 // The finite first arguments of the family's special-value rows (the accuracy
