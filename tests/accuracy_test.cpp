@@ -101,17 +101,36 @@ const struct {
     {"log1p", "fast", 2.7},     // 2.645 (x near 2^-11: T(1023) + r cancels to half)
     {"log1pf", "full", 0.67},   // 0.6602 (every single in (-1, 2^127))
     {"log1pf", "fast", 3.5},    // 3.419
+    // The powers (the plain double paths: the accurate routine gives 0.505 on
+    // the lanes it serves).
+    {"pow", "full", 1.1},        // 1.01 (2^(j/256) rounded to double, no low part)
+    {"pow", "fast", 1.3e8},      // 1.289e8 (relative 1.43e-8: the chord of 2^(f/2048))
+    {"powf", "full", 0.76},      // 0.736 (the chord, 0.12 ulp, then the narrowing)
+    {"powf", "fast", 200},       // 185 (a single z: |z| 2^-24 near |z| = 126)
+    {"powr", "full", 1.1},       // as pow
+    {"powr", "fast", 1.3e8},     // as pow
+    {"powrf", "full", 1.3},      // 1.256 (2^(j/8) rounded to single, the cubic for 2^R)
+    {"powrf", "fast", 200},      // as powf
+    {"pown", "full", 0.52},      // 0.5105
+    {"pown", "fast", 1.3e8},     // as pow
+    {"pownf", "full", 0.76},     // as powf
+    {"pownf", "fast", 200},      // as powf
+    {"rootn", "full", 0.52},     // 0.5105
+    {"rootn", "fast", 1.3e8},    // as pow
+    {"rootnf", "full", 0.76},    // as powf
+    {"rootnf", "fast", 60},      // 44.1
 };
 
-enum Sampling { kUniform, kBitPatterns, kEvery };
+enum Sampling { kUniform, kBitPatterns, kEvery, kIntegers };  // kIntegers: a floating y that is an integer
 struct Range {
   const char *family, *name;
   double lo, hi;  // for kBitPatterns and kEvery: of one sign
   Sampling how = kUniform;
   double ulp = 0;  // a tighter bound than the algorithm's, for the full algorithm only
   // Two-argument families: the second argument's range and sampling (an
-  // integer argument: uniform integers). One input in eight pairs x with a
-  // random bit pattern instead.
+  // integer argument: uniform integers; kIntegers: a floating argument
+  // rounded to an integer). One input in eight pairs x with a random bit
+  // pattern instead.
   double ylo = 0, yhi = 0;
   Sampling yhow = kUniform;
 };
@@ -150,6 +169,21 @@ std::vector<Range> ranges() {
     v.push_back({f, "wide", single ? kFMin : kDMin, single ? kFMax : kDMax, kBitPatterns});
     v.push_back({f, "near1", 0.5, 2.0});
     v.push_back({f, "denormal", single ? 0x1p-149 : 0x1p-1074, single ? 0x1p-126 : kDMin, kBitPatterns});
+  }
+  // The powers: moderate arguments; every binade of x with small |y| (and
+  // rootn with any n); x near 1 with large |y|; results across the overflow
+  // and underflow bounds; negative x with integer y.
+  for (const char* f : {"pow", "powr", "pown", "rootn", "powf", "powrf", "pownf", "rootnf"}) {
+    const bool s = f[std::strlen(f) - 1] == 'f', root = f[0] == 'r' && f[1] == 'o', powr = !strncmp(f, "powr", 4);
+    const double top = s ? 128 : 1024, near = s ? 0x1p-12 : 0x1p-20, big = s ? 3e5 : 5e8, mn = s ? 0x1p-149 : 0x1p-1074;
+    const double mx = s ? kFMax : kDMax;
+    const Sampling whole = f[3] == 'n' ? kUniform : kIntegers;  // pow's y rounded to integers; n is one
+    v.push_back({f, "moderate", 0.5, 2, kUniform, 0, root ? -40 : -top / 5, root ? 40 : top / 5});
+    v.push_back({f, "wide", mn, mx, kBitPatterns, 0, root ? -1e6 : -3, root ? 1e6 : 3});
+    if (!root) v.push_back({f, "near1", 1 - near, 1 + near, kUniform, 0, -big, big});
+    v.push_back({f, "edges", 2, 4, kUniform, 0, -top * 0.72, top * 0.68});
+    if (root) v.push_back({f, "negative", -mn, -mx, kBitPatterns, 0, -25, 25});
+    else if (!powr) v.push_back({f, "negative", -4, -0.25, kUniform, 0, -top / 2, top / 2, whole});
   }
   return v;
 }
@@ -229,6 +263,7 @@ template <class T> void second_inputs(const Range& r, Lane t, size_t n, std::vec
       continue;
     }
     const T y = wild ? from_bits<T>(g.next())
+                : r.yhow == kIntegers ? (T)std::round(r.ylo + (r.yhi - r.ylo) * (double)(g.next() >> 11) * 0x1p-53)
                 : r.yhow == kUniform ? (T)(r.ylo + (r.yhi - r.ylo) * (double)(g.next() >> 11) * 0x1p-53)
                                      : (T)s * from_bits<T>(lo + g.next() % (span + 1));
     lanes.push_back(bits(y));
