@@ -104,14 +104,14 @@ const Row kRows[] = {
                   -2, 3, ACC, -2, -3, ACC, -0.5, 7, ACC, 4, 0.5, ACC, 2, 10, ACC, 0x1p-1074, 0.5, ACC}},
     // pow: a lane just above |y log2 x| = 1021.5 is the routine's and still
     // finite; denormal and overflowing results.
-    {"pow", {2, 1024, INF, 2, -1075, 0, 2, -1074, 0x1p-1074, 2, -1074.5, 0x1p-1074, 2, -1050.3, CR, 2, 1023.99, ACC,
+    {"pow", {-2, 0x1p52 + 1, -INF, -2, -0x1p52 - 1, -0.0, -2, 0x1p53, INF, -1, 0x1p52 + 1, -1, 2, 1024, INF, 2, -1075, 0, 2, -1074, 0x1p-1074, 2, -1074.5, 0x1p-1074, 2, -1050.3, CR, 2, 1023.99, ACC,
              0x1p-1074, 1, 0x1p-1074, 0x1p-1074, -1, INF, -3, -677, CR, 2, 1021.5000000000002, ACC,
              2, -1021.5000000000002, ACC, 0x1.0000000000001p0, 0x1p62, CR, 2, 1021.5, ACC}},
     {"pow:full", {2, 1023.99, CR, 2, 10, 1024, 2, -1022, 0x1p-1022, 0.25, 0.5, 0.5, 2, 1021.5000000000002, U(0.51), 2,
                   -1021.5000000000002, U(0.51), 2, 1023.5, U(0.51), 2, -1023.5, U(0.51)}},
     // powf: results in (FLT_MAX, 2^150) overflow and tiny ones become denormal
     // in the narrowing of the plain class.
-    {"powf", {2, 128, INF, 2, 128.5, INF, 2, 149.9, INF, 2, -149, 0x1p-149, 2, -149.5, 0x1p-149, 2, -140.3,
+    {"powf", {-2, 0x1p23 + 1, -INF, -2, -0x1p23 - 1, -0.0, -2, 0x1p24, INF, -1, 0x1p23 + 1, -1, 2, 128, INF, 2, 128.5, INF, 2, 149.9, INF, 2, -149, 0x1p-149, 2, -149.5, 0x1p-149, 2, -140.3,
               CR, 10, 38.5, CR, 2, 150, INF, 2, -151, 0, 2, 127.99, ACC}},
     {"powf:full", {2, 10, 1024, 2, -126, 0x1p-126, 0.25, 0.5, 0.5}},
     {"powr,powrf", {NAN, 1, NAN, 1, NAN, NAN, NAN, 0, NAN, -1, 2, NAN, -INF, 2, NAN, -0.5, 0, NAN,

@@ -566,9 +566,9 @@ inline int parity(double y) {
   const uint64_t b = bits_of(y) & ~(1ull << 63);
   const int e = (int)(b >> 52);
   if (e < 1023) return b == 0 ? 2 : 0;
-  if (e >= 1075) return 2;
+  if (e > 1075) return 2;  // |y| >= 2^53: even (in [2^52, 2^53) the last bit is the units bit)
   const uint64_t m = (b & kMantBits) | (1ull << 52);
-  const int below = 1075 - e;  // bits below the binary point
+  const int below = 1075 - e;  // bits below the binary point, 0 to 52
   if (m & ((1ull << below) - 1)) return 0;
   return (m >> below) & 1 ? 1 : 2;
 }
