@@ -34,17 +34,17 @@ RAVL_INLINE int powf_scalar(const float* x, const float* y, float* r) {
 
 struct PowFull : MarkedKernel<double, double, pow_scalar> {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x, Vec<double, L> y) {
-    return on_chunk([](F64x4 a, F64x4 b) { return pow_accurate(a, b); }, x, y);
+    return on_chunk([](F64x4 a, F64x4 b) __attribute__((always_inline)) { return pow_accurate(a, b); }, x, y);
   }
 };
 struct PowFast : MarkedKernel<double, double, pow_scalar> {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x, Vec<double, L> y) {
-    return on_chunk([](F64x4 a, F64x4 b) { return pow_fast(a, b); }, x, y);
+    return on_chunk([](F64x4 a, F64x4 b) __attribute__((always_inline)) { return pow_fast(a, b); }, x, y);
   }
 };
 struct PowfFull : MarkedKernel<float, float, powf_scalar> {
-  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x, Vec<float, L> y) {
-    return on_singles([](F64x4 a, Vec<float, 4> b) { return powf_in_double(a, convert<double>(b)); }, x, y);
+  template <int L> static RAVL_POW_BODY Vec<float, L> vec(Vec<float, L> x, Vec<float, L> y) {
+    return on_singles([](F64x4 a, Vec<float, 4> b) __attribute__((always_inline)) { return powf_in_double(a, convert<double>(b)); }, x, y);
   }
 };
 struct PowfFast : MarkedKernel<float, float, powf_scalar> {

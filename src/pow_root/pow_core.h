@@ -16,6 +16,12 @@
 #include "frame/status.h"
 #include "tables/pow.h"
 
+// The vec of the kernels whose body is too large for the inliner to fold the
+// frame's per-chunk step into the entry point (the accurate pown and rootn
+// paths, the single families' paths in double): one out-of-line function
+// without side effects, so that the lane test and the result share one call.
+#define RAVL_POW_BODY __attribute__((noinline, const))
+
 namespace ravl {
 namespace pow_core {
 

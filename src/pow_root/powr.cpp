@@ -99,12 +99,12 @@ template <class V> RAVL_INLINE V powr_single(V x, V y) {
 
 struct PowrFull : MarkedKernel<double, double, powr_scalar> {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x, Vec<double, L> y) {
-    return on_chunk([](F64x4 a, F64x4 b) { return pow_accurate(a, b); }, x, y);
+    return on_chunk([](F64x4 a, F64x4 b) __attribute__((always_inline)) { return pow_accurate(a, b); }, x, y);
   }
 };
 struct PowrFast : MarkedKernel<double, double, powr_scalar> {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x, Vec<double, L> y) {
-    return on_chunk([](F64x4 a, F64x4 b) { return pow_fast(a, b); }, x, y);
+    return on_chunk([](F64x4 a, F64x4 b) __attribute__((always_inline)) { return pow_fast(a, b); }, x, y);
   }
 };
 struct PowrfFull : MarkedKernel<float, float, powrf_scalar> {
