@@ -46,7 +46,7 @@ void split_rn(mpfr_t v, double* hi, double* lo) {
 }  // namespace
 
 int main() {
-  static uint64_t log2acc[2 * 513], exp2acc[256], lnfast[513], expfast[2048], exp2dd[2 * 128];
+  static uint64_t log2acc[2 * 513], exp2acc[256], lnfast[513], expfast[2048];
   static uint64_t red1[4 * 33], red2[4 * 33], red3[4 * 131];
   static uint32_t f_hi[8], f_lo[8], f_exp[8];
   mpfr_t v, t;
@@ -142,17 +142,7 @@ int main() {
     }
   }
 
-  // Scalar routine, exp2: 2^(j/128) as (hi, lo) = (RN, RN of the rest).
-  for (int j = 0; j < 128; ++j) {
-    double hi, lo;
-    pow2_frac(v, j, 128);
-    split_rn(v, &hi, &lo);
-    exp2dd[2 * j] = bits64(hi);
-    exp2dd[2 * j + 1] = bits64(lo);
-  }
-  expect("exp2 pairs hi", 1, from_bits(exp2dd[2]), 1.0054299011128027);
-  expect("exp2 pairs lo", 1, from_bits(exp2dd[3]), 9.4991865354550318e-17);
-
+  // The accurate routines' 2^(j/128) pairs are exp10's (src/tables/exp2_exp10.h, the same rule).
   // The three log2 reductions of the accurate power routines: rows
   // (r, hi, lo, 0) with r = RN(1/c), c = 1 + i 2^-s, and hi + lo = -log2(r)
   // (of the double r) to about 2^-106. Stage 1: c = 1 + i/32, i = 0..32 (row
@@ -211,9 +201,6 @@ int main() {
   print_table32("alignas(32) inline constexpr uint32_t kLog2fHi[8]", f_hi, 8, 8);
   print_table32("alignas(32) inline constexpr uint32_t kLog2fLo[8]", f_lo, 8, 8);
   print_table32("alignas(32) inline constexpr uint32_t kExp2f8[8]", f_exp, 8, 8);
-  std::printf(
-      "// Accurate routines, exp2: 2^(j/128) as (hi, lo), hi = RN(2^(j/128)), lo = RN(2^(j/128) - hi).\n");
-  print_table64("alignas(64) inline constexpr uint64_t kExp2Pairs128[256]", exp2dd, 2 * 128);
   std::printf(
       "// Accurate routines, the three log2 reductions: 32-byte rows (r, hi, lo, 0), r = RN(1/c) for\n"
       "// c = 1 + i 2^-s, hi + lo = -log2(r) to about 2^-106 (hi = RN). Stage 1: s = 5, i = 0..32\n"

@@ -14,6 +14,7 @@
 
 #include "frame/entry.h"
 #include "frame/status.h"
+#include "tables/exp2_exp10.h"
 #include "tables/pow.h"
 
 // The vec of the kernels whose body is too large for the inliner to fold the
@@ -489,7 +490,7 @@ template <class V> RAVL_INLINE typename Lanes<V>::I exp2_accurate(Dd<V> z, V& hi
   const I n = (I)(T::bits(s) - T::bits(V(kShift45)));
   const V p = rest * fma(fma(fma(fma(V(kX5), rest, V(kX4)), rest, V(kX3)), rest, V(kX2)), rest, V(kX1));
   V lo;
-  T::pair(pow_tables::kExp2Pairs128, n & 127, hi, lo);
+  T::pair(exp2_exp10_tables::kExp10Pairs128, n & 127, hi, lo);  // 2^(j/128) as (hi, lo) pairs
   q = fma(hi, p, lo);
   return n;
 }
@@ -585,6 +586,10 @@ inline int domain_error(double* rp) {
   return kStatusDomain;
 }
 
+// The NaN of a NaN input quieted, x's when both are NaN (one operand per
+// addition, so that no compiler's operand order changes the payload).
+inline double quiet_nan(double x, double y) { return x != x ? x + x : y + y; }
+
 // pow(x, y) with the C99 and OpenCL special values.
 inline int pow_rules(double x, double y, double* rp) {
   if (y == 0 || x == 1) {
@@ -592,7 +597,7 @@ inline int pow_rules(double x, double y, double* rp) {
     return kStatusOk;
   }
   if (x != x || y != y) {
-    *rp = x + y;
+    *rp = quiet_nan(x, y);
     return kStatusOk;
   }
   const bool odd = parity(y) == 1;
@@ -621,7 +626,7 @@ inline int pow_rules(double x, double y, double* rp) {
 // powr(x, y) = e^(y ln x), defined for x >= 0 only.
 inline int powr_rules(double x, double y, double* rp) {
   if (x != x || y != y) {
-    *rp = x + y;
+    *rp = quiet_nan(x, y);
     return kStatusOk;
   }
   if (x < 0) return domain_error(rp);
