@@ -162,14 +162,36 @@ bool normal_only_bound(const std::string& family, const std::string& algorithm) 
 }
 
 enum Sampling { kUniform, kBitPatterns, kEvery };
+    // The powers (about 1.7e5 inputs per double range, 3.4e5 per single
+    // one; the plain double paths' flagged lanes: the accurate routine, 0.51).
+    {"pow", "full", 1.1},        // 1.015 (2^(j/256) rounded to double, no low part)
+    {"pow", "fast", 1.3e8},      // 1.289e8 (relative 1.43e-8: the chord of 2^(f/2048))
+    {"powf", "full", 0.76},      // 0.740 (the chord, 0.12 ulp, then the narrowing)
+    {"powf", "fast", 150},       // 135.4 (z in one single: |z| 2^-24 near |z| = 125)
+    {"powr", "full", 1.1},       // 1.014
+    {"powr", "fast", 1.3e8},     // 1.289e8
+    {"powrf", "full", 1.3},      // 1.283 (2^(j/8) rounded to single, the cubic for 2^R)
+    {"powrf", "fast", 150},      // 132.3
+    {"pown", "full", 0.52},      // 0.5094
+    {"pown", "fast", 1.3e8},     // 1.289e8
+    {"pownf", "full", 0.76},     // 0.7394
+    {"pownf", "fast", 150},      // 130.2
+    {"rootn", "full", 0.52},     // 0.508
+    {"rootn", "fast", 1.3e8},    // 1.289e8
+    {"rootnf", "full", 0.76},    // 0.7396
+    {"rootnf", "fast", 50},      // 44.0
+};
+
+enum Sampling { kUniform, kBitPatterns, kEvery, kIntegers };  // kIntegers: a floating y that is an integer
 struct Range {
   const char *family, *name;
   double lo, hi;  // for kBitPatterns and kEvery: of one sign
   Sampling how = kUniform;
   double ulp = 0;  // a tighter bound than the algorithm's, for the full algorithm only
   // Two-argument families: the second argument's range and sampling (an
-  // integer argument: uniform integers). One input in eight pairs x with a
-  // random bit pattern instead.
+  // integer argument: uniform integers; kIntegers: a floating argument
+  // rounded to an integer). One input in eight pairs x with a random bit
+  // pattern instead.
   double ylo = 0, yhi = 0;
   Sampling yhow = kUniform;
 };
@@ -255,6 +277,20 @@ std::vector<Range> ranges() {
     if (odd) v.push_back({f, "wide_negative", single ? -kFMin : -kDMin, single ? -kFMax : -kDMax, kBitPatterns});
     v.push_back({f, "near1", 0.5, 8.0});
     v.push_back({f, "denormal", single ? 0x1p-149 : 0x1p-1074, single ? 0x1p-126 : kDMin, kBitPatterns});
+  // The powers: moderate arguments; every binade of x with small |y| (and
+  // rootn with any n); x near 1 with large |y|; results across the overflow
+  // and underflow bounds; negative x with integer y.
+  for (const char* f : {"pow", "powr", "pown", "rootn", "powf", "powrf", "pownf", "rootnf"}) {
+    const bool s = f[std::strlen(f) - 1] == 'f', root = f[0] == 'r' && f[1] == 'o', powr = !strncmp(f, "powr", 4);
+    const double top = s ? 128 : 1024, near = s ? 0x1p-12 : 0x1p-20, big = s ? 3e5 : 5e8, mn = s ? 0x1p-149 : 0x1p-1074;
+    const double mx = s ? kFMax : kDMax;
+    const Sampling whole = f[3] == 'n' ? kUniform : kIntegers;  // pow's y rounded to integers; n is one
+    v.push_back({f, "moderate", 0.5, 2, kUniform, 0, root ? -40 : -top / 5, root ? 40 : top / 5});
+    v.push_back({f, "wide", mn, mx, kBitPatterns, 0, root ? -1e6 : -3, root ? 1e6 : 3});
+    if (!root) v.push_back({f, "near1", 1 - near, 1 + near, kUniform, 0, -big, big});
+    v.push_back({f, "edges", 2, 4, kUniform, 0, -top * 0.72, top * 0.68});
+    if (root) v.push_back({f, "negative", -mn, -mx, kBitPatterns, 0, -25, 25});
+    else if (!powr) v.push_back({f, "negative", -4, -0.25, kUniform, 0, -top / 2, top / 2, whole});
   }
   return v;
 }
@@ -334,6 +370,7 @@ template <class T> void second_inputs(const Range& r, Lane t, size_t n, std::vec
       continue;
     }
     const T y = wild ? from_bits<T>(g.next())
+                : r.yhow == kIntegers ? (T)std::round(r.ylo + (r.yhi - r.ylo) * (double)(g.next() >> 11) * 0x1p-53)
                 : r.yhow == kUniform ? (T)(r.ylo + (r.yhi - r.ylo) * (double)(g.next() >> 11) * 0x1p-53)
                                      : (T)s * from_bits<T>(lo + g.next() % (span + 1));
     lanes.push_back(bits(y));
