@@ -24,7 +24,8 @@ const std::map<std::string, MpfrFn> kMpfr = {
     {"exp", mpfr_exp},     {"exp2", mpfr_exp2}, {"exp10", mpfr_exp10}, {"expm1", mpfr_expm1},
     {"log", mpfr_log},     {"log2", mpfr_log2}, {"log10", mpfr_log10}, {"log1p", mpfr_log1p},
     {"sin", mpfr_sin},     {"cos", mpfr_cos},   {"tan", mpfr_tan},     {"sincos", mpfr_sin},
-    {"sincosreg", mpfr_sin}};
+    {"sincosreg", mpfr_sin}, {"acos", mpfr_acos},   {"asin", mpfr_asin},   {"acospi", mpfr_acospi},
+    {"asinpi", mpfr_asinpi}};
 // OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
 // indeterminate 0^0, inf^0 and 1^inf.
 int powr_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
@@ -61,7 +62,8 @@ const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sinco
 // algorithm.
 const struct {
   const char *family, *parity;
-} kParity[] = {{"sin", "o"}, {"cos", "e"}, {"tan", "o"}, {"sincos", "oe"}, {"sincosreg", "oe"}};
+} kParity[] = {{"sin", "o"}, {"cos", "e"}, {"tan", "o"}, {"sincos", "oe"}, {"sincosreg", "oe"},
+                 {"asin", "o"}, {"asinpi", "o"}};
 
 // Asserted max error, ulp; the measured maxima (2^24 samples or more) in the comments.
 const struct {
@@ -101,6 +103,22 @@ const struct {
     {"log1p", "fast", 2.7},     // 2.645 (x near 2^-11: T(1023) + r cancels to half)
     {"log1pf", "full", 0.67},   // 0.6602 (every single in (-1, 2^127))
     {"log1pf", "fast", 3.5},    // 3.419
+    {"acos", "full", 1.6},     // 1.485 (the designed series and final addition)
+    {"acos", "fast", 5e6},     // 4.699e6 (relative 2^-30.6, the degree-5 series)
+    {"acosf", "full", 0.7},    // 0.6299
+    {"acosf", "fast", 6},      // 5.447
+    {"asin", "full", 1.0},     // 0.8723
+    {"asin", "fast", 5.1e6},   // 5.04e6 (relative 2^-30.6)
+    {"asinf", "full", 0.7},    // 0.6552
+    {"asinf", "fast", 8.5},    // 7.839
+    {"acospi", "full", 0.85},  // 0.7811
+    {"acospi", "fast", 5e6},   // 4.678e6
+    {"acospif", "full", 0.7},  // 0.6143
+    {"acospif", "fast", 5.5},  // 5.23
+    {"asinpi", "full", 1.0},   // 0.9294
+    {"asinpi", "fast", 6.5e6}, // 6.417e6
+    {"asinpif", "full", 0.8},  // 0.7499 (denormal results: two roundings)
+    {"asinpif", "fast", 10.5}, // 10.1
 };
 
 enum Sampling { kUniform, kBitPatterns, kEvery };
@@ -150,6 +168,21 @@ std::vector<Range> ranges() {
     v.push_back({f, "wide", single ? kFMin : kDMin, single ? kFMax : kDMax, kBitPatterns});
     v.push_back({f, "near1", 0.5, 2.0});
     v.push_back({f, "denormal", single ? 0x1p-149 : 0x1p-1074, single ? 0x1p-126 : kDMin, kBitPatterns});
+  }
+  // The arc sines and cosines: the whole domain, both sides of the fold at
+  // |x| = 1/2, near +-1 (the square root of 1 - |x|), small |x| by bit
+  // pattern (and the denormals for the odd families, whose result is ~x).
+  for (const char* f : {"acos", "asin", "acospi", "asinpi", "acosf", "asinf", "acospif", "asinpif"}) {
+    const bool single = f[std::strlen(f) - 1] == 'f';
+    const double tiny = single ? 0x1p-30 : 0x1p-60;
+    v.push_back({f, "unit", -1, 1});
+    v.push_back({f, "fold", 0.45, 0.55});
+    v.push_back({f, "fold_neg", -0.55, -0.45});
+    v.push_back({f, "near1", 0.99, 1});
+    v.push_back({f, "near_neg1", -1, -0.99});
+    v.push_back({f, "small", tiny, 1, kBitPatterns});
+    v.push_back({f, "small_neg", -tiny, -1, kBitPatterns});
+    if (f[1] == 's') v.push_back({f, "denormal", single ? 0x1p-149 : 0x1p-1074, single ? kFMin : kDMin, kBitPatterns});
   }
   return v;
 }

@@ -257,6 +257,11 @@ RAVL_INLINE Vec<T, 4 * N> join(Vec<T, N> a, Vec<T, N> b, Vec<T, N> c, Vec<T, N> 
 // The hardware reciprocal approximation (relative error at most 1.5 * 2^-12).
 RAVL_INLINE F32x4 rcp_approx(F32x4 x) { return (F32x4)_mm_rcp_ps((__m128)x); }
 RAVL_INLINE F32x8 rcp_approx(F32x8 x) { return (F32x8)_mm256_rcp_ps((__m256)x); }
+// The hardware reciprocal square root approximation (relative error at most
+// 1.5 * 2^-12; +infinity for +0, NaN for negative inputs).
+RAVL_INLINE F32x4 rsqrt_approx(F32x4 x) { return (F32x4)_mm_rsqrt_ps((__m128)x); }
+RAVL_INLINE F32x8 rsqrt_approx(F32x8 x) { return (F32x8)_mm256_rsqrt_ps((__m256)x); }
+RAVL_INLINE Vec<float, 2> rsqrt_approx(Vec<float, 2> x) { return slice<0, 2>(rsqrt_approx(join(x, x))); }
 // Conversion to 32-bit integers truncating toward zero; NaN and values out of
 // the int32 range give 0x80000000 (the integer indefinite value).
 RAVL_INLINE I32x4 cvtt_i32(F64x4 x) { return (I32x4)_mm256_cvttpd_epi32((__m256d)x); }
