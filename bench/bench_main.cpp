@@ -117,6 +117,10 @@ const Range kRanges[] = {
     {"sin", -1000, 1000, 0, 0, false},      {"cos", -1000, 1000, 0, 0, false},
     {"tan", -1000, 1000, 0, 0, false},      {"sincos", -1000, 1000, 0, 0, false},
     {"sincosreg", -1000, 1000, 0, 0, false},
+    // Arc sines and cosines over their whole domain [-1, 1] (both regions
+    // of the fold, no special lane).
+    {"acos", -1, 1, 0, 0, false},           {"asin", -1, 1, 0, 0, false},
+    {"acospi", -1, 1, 0, 0, false},         {"asinpi", -1, 1, 0, 0, false},
     // Powers: x^y with results well inside the single range; pown's and
     // rootn's integer second argument.
     {"pow", 0.01, 100, 0, 0, false, -20, 20},  {"powr", 0.01, 100, 0, 0, false, -20, 20},

@@ -33,6 +33,8 @@ const std::map<std::string, MpfrFn> kMpfr = {
        return 0;
      }},
     {"rcbrt", [](mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t rnd) { return mpfr_rootn_si(r, x, -3, rnd); }}};
+    {"sincosreg", mpfr_sin}, {"acos", mpfr_acos},   {"asin", mpfr_asin},   {"acospi", mpfr_acospi},
+    {"asinpi", mpfr_asinpi}};
 // OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
 // indeterminate 0^0, inf^0 and 1^inf.
 int powr_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
@@ -153,6 +155,22 @@ const struct {
     {"sincos", "fast", 6.2e7},        // 6.142e7 near +-1 (relative 6.8e-9: the degree-9 kernel at |r| = pi/2)
     {"sincosreg", "full", 3.2},       // the bits of sincos
     {"sincosreg", "fast", 6.2e7},     // the bits of sincos
+    {"acos", "full", 1.6},     // 1.485 (the designed series and final addition)
+    {"acos", "fast", 5e6},     // 4.699e6 (relative 2^-30.6, the degree-5 series)
+    {"acosf", "full", 0.7},    // 0.6626 (every single in [-1, 1])
+    {"acosf", "fast", 6},      // 5.4993 (every single in [-1, 1])
+    {"asin", "full", 1.0},     // 0.8723
+    {"asin", "fast", 5.1e6},   // 5.04e6 (relative 2^-30.6)
+    {"asinf", "full", 0.7},    // 0.6552
+    {"asinf", "fast", 8.5},    // 7.839
+    {"acospi", "full", 0.85},  // 0.7811
+    {"acospi", "fast", 5e6},   // 4.678e6
+    {"acospif", "full", 0.7},  // 0.6143
+    {"acospif", "fast", 5.5},  // 5.23
+    {"asinpi", "full", 1.0},   // 0.9294
+    {"asinpi", "fast", 6.5e6}, // 6.417e6
+    {"asinpif", "full", 0.8},  // 0.7499 (denormal results: two roundings)
+    {"asinpif", "fast", 10.5}, // 10.1
 };
 
 bool normal_only_bound(const std::string& family, const std::string& algorithm) {
@@ -291,6 +309,20 @@ std::vector<Range> ranges() {
     v.push_back({f, "edges", 2, 4, kUniform, 0, -top * 0.72, top * 0.68});
     if (root) v.push_back({f, "negative", -mn, -mx, kBitPatterns, 0, -25, 25});
     else if (!powr) v.push_back({f, "negative", -4, -0.25, kUniform, 0, -top / 2, top / 2, whole});
+  // The arc sines and cosines: the whole domain, both sides of the fold at
+  // |x| = 1/2, near +-1 (the square root of 1 - |x|), small |x| by bit
+  // pattern (and the denormals for the odd families, whose result is ~x).
+  for (const char* f : {"acos", "asin", "acospi", "asinpi", "acosf", "asinf", "acospif", "asinpif"}) {
+    const bool single = f[std::strlen(f) - 1] == 'f';
+    const double tiny = single ? 0x1p-30 : 0x1p-60;
+    v.push_back({f, "unit", -1, 1});
+    v.push_back({f, "fold", 0.45, 0.55});
+    v.push_back({f, "fold_neg", -0.55, -0.45});
+    v.push_back({f, "near1", 0.99, 1});
+    v.push_back({f, "near_neg1", -1, -0.99});
+    v.push_back({f, "small", tiny, 1, kBitPatterns});
+    v.push_back({f, "small_neg", -tiny, -1, kBitPatterns});
+    if (f[1] == 's') v.push_back({f, "denormal", single ? 0x1p-149 : 0x1p-1074, single ? kFMin : kDMin, kBitPatterns});
   }
   return v;
 }
