@@ -24,7 +24,7 @@ const std::map<std::string, MpfrFn> kMpfr = {
     {"exp", mpfr_exp},     {"exp2", mpfr_exp2}, {"exp10", mpfr_exp10}, {"expm1", mpfr_expm1},
     {"log", mpfr_log},     {"log2", mpfr_log2}, {"log10", mpfr_log10}, {"log1p", mpfr_log1p},
     {"sin", mpfr_sin},     {"cos", mpfr_cos},   {"tan", mpfr_tan},     {"sincos", mpfr_sin},
-    {"sincosreg", mpfr_sin}};
+    {"sincosreg", mpfr_sin}, {"atan", mpfr_atan},     {"atanpi", mpfr_atanpi}};
 // OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
 // indeterminate 0^0, inf^0 and 1^inf.
 int powr_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
@@ -51,7 +51,8 @@ int rootn_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
 }
 // The two-argument families; pown's integer is the second argument.
 const std::map<std::string, MpfrFn2> kMpfr2 = {
-    {"pow", mpfr_pow}, {"powr", powr_ref}, {"pown", mpfr_pow}, {"rootn", rootn_ref}, {"hypot", mpfr_hypot}};
+    {"pow", mpfr_pow}, {"powr", powr_ref}, {"pown", mpfr_pow}, {"rootn", rootn_ref}, {"hypot", mpfr_hypot},
+    {"atan2", mpfr_atan2}, {"atan2pi", mpfr_atan2pi}};
 
 // The second result of the two-result families.
 const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sincosreg", mpfr_cos}};
@@ -61,7 +62,8 @@ const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sinco
 // algorithm.
 const struct {
   const char *family, *parity;
-} kParity[] = {{"sin", "o"}, {"cos", "e"}, {"tan", "o"}, {"sincos", "oe"}, {"sincosreg", "oe"}};
+} kParity[] = {{"sin", "o"}, {"cos", "e"}, {"tan", "o"}, {"sincos", "oe"}, {"sincosreg", "oe"},
+             {"atan", "o"}, {"atanpi", "o"}};
 
 // Asserted max error, ulp; the measured maxima (2^24 samples or more) in the comments.
 const struct {
@@ -101,6 +103,22 @@ const struct {
     {"log1p", "fast", 2.7},     // 2.645 (x near 2^-11: T(1023) + r cancels to half)
     {"log1pf", "full", 0.67},   // 0.6602 (every single in (-1, 2^127))
     {"log1pf", "fast", 3.5},    // 3.419
+    {"atan", "full", 0.52},     // 0.5107
+    {"atan", "fast", 760},      // 742.7 (Taylor to u^9 at |u| < 1/16)
+    {"atanf", "full", 0.52},    // 0.5114
+    {"atanf", "fast", 2.2},     // 2.085
+    {"atanpi", "full", 1.0},    // 0.9701 on results near 2^-1022 (the u/pi split below the normal range), 0.52 elsewhere
+    {"atanpi", "fast", 490},    // 473.6
+    {"atanpif", "full", 1.0},   // 0.9797 on results near 2^-126, 0.51 elsewhere
+    {"atanpif", "fast", 2.1},   // 1.976
+    {"atan2", "full", 0.75},    // 0.7376
+    {"atan2", "fast", 760},     // 736.2
+    {"atan2f", "full", 0.51},   // 0.5 (double kernel, rounded once)
+    {"atan2f", "fast", 0.65},   // 0.6241
+    {"atan2pi", "full", 1.3},   // 1.276 on results below 2^-960 (vector path), 0.69 elsewhere
+    {"atan2pi", "fast", 480},   // 466.3
+    {"atan2pif", "full", 0.51}, // 0.5
+    {"atan2pif", "fast", 0.6},  // 0.586
 };
 
 enum Sampling { kUniform, kBitPatterns, kEvery };
@@ -141,10 +159,38 @@ const Range kRanges[] = {
     {"log1pf", "wide", 1, kFMax, kBitPatterns},
     {"log1pf", "tiny", 0x1p-30, 1, kBitPatterns},
 };
+// The arc tangents: the nodes' range, every binade (huge and tiny included);
+// atan2 in each quadrant over every exponent difference, near the diagonal,
+// and with both arguments huge or tiny (the scaled pairs of the scalar
+// routines).
+std::vector<Range> atan_ranges() {
+  std::vector<Range> v;
+  for (const char* f : {"atan", "atanpi", "atanf", "atanpif"}) {
+    const bool single = f[std::strlen(f) - 1] == 'f';
+    v.push_back({f, "nodes", -20, 20});
+    v.push_back({f, "wide", single ? 0x1p-149 : 0x1p-1074, single ? kFMax : kDMax, kBitPatterns});
+    v.push_back({f, "middle", 0x1p-5, 32, single ? kEvery : kBitPatterns});
+  }
+  for (const char* f : {"atan2", "atan2pi", "atan2f", "atan2pif"}) {
+    const bool single = f[std::strlen(f) - 1] == 'f';
+    const double tiny = single ? 0x1p-149 : 0x1p-1074, big = single ? kFMax : kDMax;
+    v.push_back({f, "near", -4, 4, kUniform, 0, -4, 4});
+    v.push_back({f, "q1", tiny, big, kBitPatterns, 0, tiny, big, kBitPatterns});
+    v.push_back({f, "q2", tiny, big, kBitPatterns, 0, -tiny, -big, kBitPatterns});
+    v.push_back({f, "q3", -tiny, -big, kBitPatterns, 0, -tiny, -big, kBitPatterns});
+    v.push_back({f, "q4", -tiny, -big, kBitPatterns, 0, tiny, big, kBitPatterns});
+    v.push_back({f, "huge", single ? 0x1p90 : 0x1p990, big, kBitPatterns, 0, single ? -0x1p90 : -0x1p990, -big,
+                 kBitPatterns});
+    v.push_back({f, "tiny", tiny, single ? 0x1p-90 : 0x1p-890, kBitPatterns, 0, tiny, single ? 0x1p-90 : 0x1p-890,
+                 kBitPatterns});
+  }
+  return v;
+}
 // The logarithms: every positive normal, around 1 (where the result
 // cancels), and the denormals (the scalar routines).
 std::vector<Range> ranges() {
   std::vector<Range> v(std::begin(kRanges), std::end(kRanges));
+  for (const Range& r : atan_ranges()) v.push_back(r);
   for (const char* f : {"log", "log2", "log10", "logf", "log2f", "log10f"}) {
     const bool single = f[std::strlen(f) - 1] == 'f';
     v.push_back({f, "wide", single ? kFMin : kDMin, single ? kFMax : kDMax, kBitPatterns});
