@@ -121,6 +121,11 @@ const Range kRanges[] = {
     // rootn's integer second argument.
     {"pow", 0.01, 100, 0, 0, false, -20, 20},  {"powr", 0.01, 100, 0, 0, false, -20, 20},
     {"pown", -10, 10, -20, 20, false},         {"rootn", 0.01, 1e6, 2, 16, false},
+    // Arc tangents over their nodes and beyond (|x| > 16 takes the
+    // reciprocal node); atan2 with both coordinates in [-10, 10], every
+    // quadrant and ratio.
+    {"atan", -20, 20, 0, 0, false},            {"atanpi", -20, 20, 0, 0, false},
+    {"atan2", -10, 10, 0, 0, false, -10, 10},  {"atan2pi", -10, 10, 0, 0, false, -10, 10},
 };
 const double kDefaultLo = -1e6, kDefaultHi = 1e6;
 // Single families' exp/log ranges are clipped to what a float holds.

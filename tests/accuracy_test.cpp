@@ -105,20 +105,20 @@ const struct {
     {"log1pf", "fast", 3.5},    // 3.419
     {"atan", "full", 0.52},     // 0.5107
     {"atan", "fast", 760},      // 742.7 (Taylor to u^9 at |u| < 1/16)
-    {"atanf", "full", 0.52},    // 0.5114
-    {"atanf", "fast", 2.2},     // 2.085
+    {"atanf", "full", 0.51},    // 0.5066
+    {"atanf", "fast", 1.6},     // 1.573
     {"atanpi", "full", 1.0},    // 0.9701 on results near 2^-1022 (the u/pi split below the normal range), 0.52 elsewhere
     {"atanpi", "fast", 490},    // 473.6
     {"atanpif", "full", 1.0},   // 0.9797 on results near 2^-126, 0.51 elsewhere
-    {"atanpif", "fast", 2.1},   // 1.976
-    {"atan2", "full", 0.75},    // 0.7376
+    {"atanpif", "fast", 2.8},   // 2.751
+    {"atan2", "full", 0.75},    // 0.7447
     {"atan2", "fast", 760},     // 736.2
-    {"atan2f", "full", 0.51},   // 0.5 (double kernel, rounded once)
-    {"atan2f", "fast", 0.65},   // 0.6241
-    {"atan2pi", "full", 1.3},   // 1.276 on results below 2^-960 (vector path), 0.69 elsewhere
+    {"atan2f", "full", 0.51},   // 0.5065
+    {"atan2f", "fast", 1.75},   // 1.702
+    {"atan2pi", "full", 0.75},  // 0.738
     {"atan2pi", "fast", 480},   // 466.3
-    {"atan2pif", "full", 0.51}, // 0.5
-    {"atan2pif", "fast", 0.6},  // 0.586
+    {"atan2pif", "full", 0.52}, // 0.5125
+    {"atan2pif", "fast", 2.5},  // 2.429
 };
 
 enum Sampling { kUniform, kBitPatterns, kEvery };

@@ -74,17 +74,15 @@ double node_d(int row, bool* inf) {
 }
 
 // Single nodes, at position p = E & 7 for the biased exponent E of t =
-// min(max(q, 2^-4), 8): E = 123 node 0, E = 124..129 the node c = 1.5 2^(E-127)
-// (pattern (bits(t) & 0xff800000) | 0x00400000), E = 130 node infinity.
+// min(max(q sqrt2, 2^-4), 8): E = 123 node 0, E = 124..129 the node c =
+// 2^(E - 127) (for q in [c/sqrt2, c sqrt2)), E = 130 node infinity.
 double node_s(int p, bool* inf) {
   int E = 0;
   for (int e = 123; e <= 130; ++e)
     if ((e & 7) == p) E = e;
   *inf = E == 130;
   if (E == 123 || E == 130) return 0;
-  const float c = 1.5f * (float)(E >= 127 ? (double)(1 << (E - 127)) : 1.0 / (1 << (127 - E)));
-  check(bits32(c) == (((uint32_t)E << 23) | 0x00400000u), "single node pattern", p);
-  return c;
+  return E >= 127 ? (double)(1 << (E - 127)) : 1.0 / (1 << (127 - E));
 }
 
 void double_table(const char* name, bool pi_unit) {
@@ -123,22 +121,22 @@ void single_tables() {
   print_table32("alignas(32) inline constexpr uint32_t kNodeA[8]", a, 8, 8);
   mpfr_t v;
   mpfr_init2(v, kPrec);
-  const char* names[2] = {"kAtanF", "kAtanPiF"};
-  for (int unit = 0; unit < 2; ++unit) {
+  const char* names[4] = {"kAtanF", "kAtanFNeg", "kAtanPiF", "kAtanPiFNeg"};
+  for (int t = 0; t < 4; ++t) {
     uint32_t hi[8], lo[8];
     for (int p = 0; p < 8; ++p) {
       bool inf = false;
       const double c = node_s(p, &inf);
-      angle(v, c, inf, false, unit == 1);
+      angle(v, c, inf, t % 2 == 1, t >= 2);
       double h, l;
       split(v, &h, &l, true);
       hi[p] = bits32((float)h);
       lo[p] = bits32((float)l);
     }
     char decl[96];
-    std::snprintf(decl, sizeof decl, "alignas(32) inline constexpr uint32_t %sHi[8]", names[unit]);
+    std::snprintf(decl, sizeof decl, "alignas(32) inline constexpr uint32_t %sHi[8]", names[t]);
     print_table32(decl, hi, 8, 8);
-    std::snprintf(decl, sizeof decl, "alignas(32) inline constexpr uint32_t %sLo[8]", names[unit]);
+    std::snprintf(decl, sizeof decl, "alignas(32) inline constexpr uint32_t %sLo[8]", names[t]);
     print_table32(decl, lo, 8, 8);
   }
   mpfr_clear(v);
@@ -164,10 +162,10 @@ int main() {
   double_table("kAtanPiD", true);
   std::printf(
       "// Single nodes at position E & 7, E the biased exponent of t =\n"
-      "// min(max(q, 2^-4), 8): b the node c (c = 0 at E = 123, 1.5 2^(E - 127) at\n"
+      "// min(max(q sqrt2, 2^-4), 8): b the node c (c = 0 at E = 123, 2^(E - 127) at\n"
       "// E = 124..129, and 1 at E = 130, node infinity, where a = 0; a = 1 elsewhere),\n"
-      "// then (hi, lo) of atan(c) (pi/2 at node infinity) as singles, in radians and\n"
-      "// in half turns.\n");
+      "// then (hi, lo) of atan(c) (pi/2 at node infinity) as singles, and of pi -\n"
+      "// atan(c) (Neg), in radians and in half turns.\n");
   single_tables();
   close_file("atan_tables");
   return failures ? 1 : 0;

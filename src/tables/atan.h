@@ -150,12 +150,12 @@ alignas(64) inline constexpr uint64_t kAtanPiD[256] = {
 };
 
 // Single nodes at position E & 7, E the biased exponent of t =
-// min(max(q, 2^-4), 8): b the node c (c = 0 at E = 123, 1.5 2^(E - 127) at
+// min(max(q sqrt2, 2^-4), 8): b the node c (c = 0 at E = 123, 2^(E - 127) at
 // E = 124..129, and 1 at E = 130, node infinity, where a = 0; a = 1 elsewhere),
-// then (hi, lo) of atan(c) (pi/2 at node infinity) as singles, in radians and
-// in half turns.
+// then (hi, lo) of atan(c) (pi/2 at node infinity) as singles, and of pi -
+// atan(c) (Neg), in radians and in half turns.
 alignas(32) inline constexpr uint32_t kNodeB[8] = {
-    0x40400000u, 0x40c00000u, 0x3f800000u, 0x00000000u, 0x3e400000u, 0x3ec00000u, 0x3f400000u, 0x3fc00000u,
+    0x40000000u, 0x40800000u, 0x3f800000u, 0x00000000u, 0x3e000000u, 0x3e800000u, 0x3f000000u, 0x3f800000u,
 };
 
 alignas(32) inline constexpr uint32_t kNodeA[8] = {
@@ -163,19 +163,35 @@ alignas(32) inline constexpr uint32_t kNodeA[8] = {
 };
 
 alignas(32) inline constexpr uint32_t kAtanFHi[8] = {
-    0x3f9fe0bbu, 0x3fb3ec43u, 0x3fc90fdbu, 0x00000000u, 0x3e3dcbdau, 0x3eb7b0cau, 0x3f24bc7du, 0x3f7b985fu,
+    0x3f8db70du, 0x3fa9b465u, 0x3fc90fdbu, 0x00000000u, 0x3dfeadd5u, 0x3e7adbb0u, 0x3eed6338u, 0x3f490fdbu,
 };
 
 alignas(32) inline constexpr uint32_t kAtanFLo[8] = {
-    0x3337a856u, 0x326f266fu, 0xb33bbd2eu, 0x00000000u, 0x31bce5b0u, 0x30f26f78u, 0x31c9a7b8u, 0xb2d7e096u,
+    0xb351441cu, 0xb32e1630u, 0xb33bbd2eu, 0x00000000u, 0xb0aa7a12u, 0xb15a6fe4u, 0x31ac376au, 0xb2bbbd2eu,
+};
+
+alignas(32) inline constexpr uint32_t kAtanFNegHi[8] = {
+    0x40023454u, 0x3fe86b51u, 0x3fc90fdbu, 0x40490fdbu, 0x40411a6cu, 0x40396220u, 0x402b6374u, 0x4016cbe4u,
+};
+
+alignas(32) inline constexpr uint32_t kAtanFNegLo[8] = {
+    0x33ace4dfu, 0xb349642du, 0xb33bbd2eu, 0xb3bbbd2eu, 0xb1913463u, 0xb3b4e9afu, 0xb3c680a5u, 0xb1ccde2eu,
 };
 
 alignas(32) inline constexpr uint32_t kAtanPiFHi[8] = {
-    0x3ecb9014u, 0x3ee515bfu, 0x3f000000u, 0x00000000u, 0x3d71a7fau, 0x3de9e1d2u, 0x3e51bfaeu, 0x3ea02ba4u,
+    0x3eb46fecu, 0x3ed8131fu, 0x3f000000u, 0x00000000u, 0x3d22223bu, 0x3d9fb386u, 0x3e172029u, 0x3e800000u,
 };
 
 alignas(32) inline constexpr uint32_t kAtanPiFLo[8] = {
-    0x326cef98u, 0x32167ef3u, 0x00000000u, 0x00000000u, 0xb03de8c7u, 0x3102f3abu, 0x3118833eu, 0x31e442f6u,
+    0xb26cef98u, 0xb25af71du, 0x00000000u, 0x00000000u, 0xb0f88899u, 0xb114238cu, 0xb098833eu, 0x00000000u,
+};
+
+alignas(32) inline constexpr uint32_t kAtanPiFNegHi[8] = {
+    0x3f25c80au, 0x3f13f671u, 0x3f000000u, 0x3f800000u, 0x3f75dddcu, 0x3f6c098fu, 0x3f5a37f6u, 0x3f400000u,
+};
+
+alignas(32) inline constexpr uint32_t kAtanPiFNegLo[8] = {
+    0x326cef98u, 0xb2928472u, 0x00000000u, 0x00000000u, 0x32af888au, 0x32928472u, 0xb26cef98u, 0x00000000u,
 };
 
 }  // namespace atan_tables

@@ -1,6 +1,5 @@
-// The arc tangent kernel shared by atan, atan2, atanpi and atan2pi (double
-// lanes, atan2f and atan2pif through their widened lanes) and by atanf and
-// atanpif (single lanes).
+// The arc tangent kernels shared by atan, atan2, atanpi and atan2pi (double
+// lanes) and by atanf, atan2f, atanpif and atan2pif (single lanes).
 //
 // The angle of a pair (X, Y) >= 0 (atan: (1, |x|); atan2: (|x|, |y|)) with
 // ratio q = Y/X is taken around a node c near q:
@@ -17,10 +16,8 @@
 // between them one node per quarter binade, c = 2^e (1 + m/4 + 1/8) for q in
 // 2^e [1 + m/4, 1 + (m + 1)/4): |u| <= 0.0589 there (at q = 2^e with e = 0,
 // u = -(1/8)/(1 + 1.125)), |u| < 1/16 at the ends. The node's row and c come
-// from the bits of t = min(max(q, 2^-5), 16). Single nodes (atanf, atanpif):
-// c = 0 below 1/8, infinity from 8, 1.5 2^e for q in [2^e, 2^(e+1)) between,
-// |u| <= 0.2042 (at q = 2^e, e = -1: u = -0.25/1.375... with the max over e at
-// q = sqrt(2/3)), eight nodes held in one register-wide table each.
+// from the bits of t = min(max(q, 2^-5), 16). Single nodes: powers of two
+// (below, "single lanes").
 #pragma once
 
 #include "frame/entry.h"
@@ -177,17 +174,18 @@ RAVL_INLINE Vec<double, L> atan2_pair(Vec<double, L> y, Vec<double, L> x, Vec<do
 }
 
 // The lanes atan2_pair cannot take: max(|x|, |y|) outside [2^-900, 2^1000],
-// a nonzero min(|x|, |y|) below 2^-900 (the division's residual could be
-// below the normal range), infinities, zero pairs and NaN (q = |y|/|x| NaN).
+// a nonzero ratio q below 2^-60 (there |y| may be too small for the
+// division's residual, and u/pi's low parts, to be normal), infinities, zero
+// pairs and NaN (q = |y|/|x| NaN).
 struct FlagRows {
-  Row<double> lo = row(0x1p-900), hi = row(0x1p1000);
+  Row<double> lo = row(0x1p-900), hi = row(0x1p1000), qlo = row(0x1p-60);
 };
 inline constexpr FlagRows kFlagRows{};
 template <int L> RAVL_INLINE Mask<double, L> atan2_flag(Vec<double, L> y, Vec<double, L> x, Vec<double, L> q) {
   using V = Vec<double, L>;
   const FlagRows& k = rows(kFlagRows);
-  V m = hw_max(abs(y), abs(x)), mn = hw_min(abs(y), abs(x));
-  return not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | ((mn < get<V>(k.lo)) & (mn > V(0))) | is_nan(q);
+  V m = hw_max(abs(y), abs(x));
+  return not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | ((q < get<V>(k.qlo)) & (q > V(0))) | is_nan(q);
 }
 
 // The special-lane routine of atan2 and atan2pi (half = pi or 1, the angle
@@ -214,11 +212,16 @@ template <class F> RAVL_INLINE int atan2_scalar(double y, double x, double* r, c
     if (ay == inf) v = ax == inf ? (xneg ? A.three_eighths : A.eighth) : A.quarter;
     else v = xneg ? A.half : 0;
   } else if (ay < ax * 0x1p-60) {
-    // |y| scaled up where that keeps |x| finite; else |y|/|x| < 2^-1300
-    // underflows to 0 (q = 0 and ql = |y|/|x| rounds to 0 too).
-    const double s = ay < 0x1p-900 && ax < 0x1p400 ? 0x1p600 : 1;
-    const double q = (ay * s) / (ax * s), ql = __builtin_fma(-q, ax * s, ay * s) / (ax * s);
-    const double t = __builtin_fma(q, A.unit, __builtin_fma(q, A.unit_lo, ql * A.unit));
+    // The pair scaled up where |y| is tiny and that keeps |x| finite (else
+    // |y|/|x| < 2^-1300 underflows to 0); a ratio below 2^-900 taken times
+    // 2^200 and the result scaled back (one more rounding only where the
+    // result is denormal, after one at 53 bits), so that q, ql and the
+    // products stay normal.
+    double ys = ay, xs = ax, f = 1;
+    if (ay < 0x1p-900 && ax < 0x1p400) ys *= 0x1p600, xs *= 0x1p600;
+    if (ys < xs * 0x1p-900) ys *= 0x1p200, f = 0x1p-200;
+    const double q = ys / xs, ql = __builtin_fma(-q, xs, ys) / xs;
+    const double t = __builtin_fma(q, A.unit, __builtin_fma(q, A.unit_lo, ql * A.unit)) * f;
     v = xneg ? A.half - t : t;
   } else {
     const double m = ax > ay ? ax : ay, s = m > 0x1p1000 ? 0x1p-600 : m < 0x1p-300 ? 0x1p600 : 1;
@@ -228,45 +231,63 @@ template <class F> RAVL_INLINE int atan2_scalar(double y, double x, double* r, c
   return kStatusOk;
 }
 
-// ---- single lanes (atanf, atanpif) --------------------------------------------
-
-// Taylor coefficients as above for |u| <= 0.2042: after u^11/11 the remainder
-// is below 2^-31.2 |u|; the fast class stops after u^7/7 (2^-21.5 |u|).
-constexpr float kInvPiF = (float)kInvPi;                       // 1/pi rounded, 0x3ea2f983
+// ---- single lanes ---------------------------------------------------------------
+//
+// Nodes c = 2^k (k = -3..2) for q in [c/sqrt2, c sqrt2), node 0 below
+// 2^-3.5 and infinity from 2^2.5: |u| <= 0.1768 (1/2^2.5 at node infinity;
+// 0.1716 at q = sqrt2, c = 1), eight nodes in register-wide tables (position
+// E & 7 of the exponent E of q sqrt2). A power-of-two node keeps the pair
+// arithmetic exact: b Y and b X are exact, n = a Y - b X is exact (Sterbenz:
+// a Y and b X within a factor sqrt2, or one of them 0), and d = b Y + a X
+// rounds once with its error dl exact by Fast2Sum on the ordered terms; so
+// the full class's u + (r - u dl)/d is n/D to 2^-40 (r = n - u d exact, the
+// quotient taken with the reciprocal estimate). Taylor terms to u^9/9 (full;
+// remainder below 2^-28.5 |u|) or u^7/7 (fast, 2^-23.2 |u|, on a term below
+// 0.3 of the angle where |u| is largest).
+constexpr float kInvPiF = (float)kInvPi;                        // 1/pi rounded, 0x3ea2f983
 constexpr float kInvPiLoF = (float)(kInvPi - (double)kInvPiF);  // the next 24 bits of 1/pi
 
 struct FRowsBase {
-  Row<float> tmin = row(0x1p-4f), tmax = row(8.0f), max = row(f32_bits(0x7f7fffffu));  // FLT_MAX
+  Row<float> tmin = row(0x1p-4f), tmax = row(8.0f), max = row(f32_bits(0x7f7fffffu)),  // FLT_MAX
+      sqrt2 = row(f32_bits(0x3fb504f3u));                                                // sqrt(2) rounded
 };
 template <bool kPi> struct FRows : FRowsBase {
-  Row<float> c[5] = {row((float)coef<kPi>(1)), row((float)coef<kPi>(2)), row((float)coef<kPi>(3)),
-                     row((float)coef<kPi>(4)), row((float)coef<kPi>(5))};
+  Row<float> c[4] = {row((float)coef<kPi>(1)), row((float)coef<kPi>(2)), row((float)coef<kPi>(3)),
+                     row((float)coef<kPi>(4))};
   Row<float> ipi = row(kInvPiF), ipi_lo = row(kInvPiLoF);
 };
 template <bool kPi> inline constexpr FRows<kPi> kFRows{};
 
-// atanf(x) or atanpif(x) on single lanes. u = n/d with n = a|x| - b exact
-// and d = b|x| + a rounded; the full class corrects u by the division's
-// residual r = n - u d (exact) and d's rounding error dl = (b|x| + a - d)
-// (a - d exact: d >= 1, or a = 0): n/(d + dl) = u + (r - u dl)/d, the
-// correction taken with the reciprocal estimate of d (12 bits suffice).
-template <bool kPi, bool kFull, int L> RAVL_INLINE Vec<float, L> atanf1(Vec<float, L> x) {
+RAVL_INLINE const float* ftab(const uint32_t* t) { return reinterpret_cast<const float*>(t); }
+
+// The angle of the pair (X, Y) >= 0 (ts = q sqrt2 for the node, NaN taking
+// node 0), with the x < 0 rows and -u where neg has its sign bit set
+// (kSigned), in radians or half turns; then the sign of sy.
+template <bool kPi, bool kFull, bool kSigned, int L>
+RAVL_INLINE Vec<float, L> anglef(Vec<float, L> Y, Vec<float, L> X, Vec<float, L> ts, Vec<float, L> neg,
+                                 Vec<float, L> sy, const FRows<kPi>& k) {
   using V = Vec<float, L>;
   using I = Vec<int32_t, L>;
-  const FRows<kPi>& k = rows(kFRows<kPi>);
-  V ax = hw_min(get<V>(k.max), abs(x));  // inf as FLT_MAX, as in atan1
-  V t = hw_min(hw_max(ax, get<V>(k.tmin)), get<V>(k.tmax));
-  I idx = as_int(t) >> 23;  // the node at position E & 7
-  V a = lookup8(reinterpret_cast<const float*>(atan_tables::kNodeA), idx);
-  V b = lookup8(reinterpret_cast<const float*>(atan_tables::kNodeB), idx);
-  V n = fms(a, ax, b), d = fma(b, ax, a);
+  using namespace atan_tables;
+  I idx = as_int(hw_min(hw_max(ts, get<V>(k.tmin)), get<V>(k.tmax))) >> 23;  // lookup8 reads E & 7
+  V a = lookup8(ftab(kNodeA), idx), b = lookup8(ftab(kNodeB), idx);
+  V by = b * Y, ax = a * X;  // exact
+  V n = fms(a, Y, b * X), d = by + ax;
   V u = n / d;
-  V hi = lookup8(reinterpret_cast<const float*>(kPi ? atan_tables::kAtanPiFHi : atan_tables::kAtanFHi), idx);
+  V hi = lookup8(ftab(kPi ? kAtanPiFHi : kAtanFHi), idx);
+  auto sx = as_int(neg) < I(0);
+  if constexpr (kSigned) hi = select(sx, lookup8(ftab(kPi ? kAtanPiFNegHi : kAtanFNegHi), idx), hi);
   V s = u * u, r;
   if constexpr (kFull) {
-    V ul = fnma(u, fma(b, ax, a - d), fnma(u, d, n)) * rcp_approx(d);
-    V lo = lookup8(reinterpret_cast<const float*>(kPi ? atan_tables::kAtanPiFLo : atan_tables::kAtanFLo), idx);
-    V p = horner<5>(s, k.c);
+    V big = hw_max(by, ax), small = hw_min(by, ax);
+    V ul = fnma(u, small - (d - big), fnma(u, d, n)) * rcp_approx(d);
+    V lo = lookup8(ftab(kPi ? kAtanPiFLo : kAtanFLo), idx);
+    if constexpr (kSigned) {
+      lo = select(sx, lookup8(ftab(kPi ? kAtanPiFNegLo : kAtanFNegLo), idx), lo);
+      u = as_float<V>(as_uint(u) ^ sign_bit(neg));
+      ul = as_float<V>(as_uint(ul) ^ sign_bit(neg));
+    }
+    V p = horner<4>(s, k.c);
     V v = u, low = lo + ul;
     if constexpr (kPi) {
       v = u * get<V>(k.ipi);
@@ -276,21 +297,27 @@ template <bool kPi, bool kFull, int L> RAVL_INLINE Vec<float, L> atanf1(Vec<floa
     V e = (hi - S) + v;
     r = S + fma(u * s, p, low + e);
   } else {
+    if constexpr (kSigned) u = as_float<V>(as_uint(u) ^ sign_bit(neg));
     V p = horner<3>(s, k.c);
     V v = kPi ? u * get<V>(k.ipi) : u;
     r = hi + fma(u * s, p, v);
   }
-  return as_float<V>(as_uint(r) ^ sign_bit(x));
+  return as_float<V>(as_uint(r) ^ sign_bit(sy));
 }
 
+// atanf(x) or atanpif(x): the pair (1, |x|), |x| = inf as FLT_MAX (so that
+// 0 |x| = 0 at node infinity; hw_min keeps a NaN).
+template <bool kPi, bool kFull, int L> RAVL_INLINE Vec<float, L> atanf1(Vec<float, L> x) {
+  using V = Vec<float, L>;
+  const FRows<kPi>& k = rows(kFRows<kPi>);
+  V ay = hw_min(get<V>(k.max), abs(x));
+  return anglef<kPi, kFull, false>(ay, V(1), ay * get<V>(k.sqrt2), V(0), x, k);
+}
 
 // ---- the kernels ------------------------------------------------------------
 //
 // kPi: half turns (atanpi, atan2pi) instead of radians. Classes: full (plain)
-// and fast (_native); the single two-argument families run the double pair
-// kernel on their widened lanes (single arithmetic cannot form the pair's
-// numerator and denominator with their rounding errors), with as many terms
-// as a single result needs.
+// and fast (_native).
 
 // atan, atanpi: no special lanes (infinities take node infinity, NaN
 // propagates through the division, zeros and tiny x give x).
@@ -329,36 +356,33 @@ template <bool kPi, bool kFull> struct Atan2D : frame::Kernel {
   }
 };
 
-// Single pairs: q from the reciprocal estimate (12 bits choose the node as
-// well as the quotient); lanes with max(|x|, |y|) outside [2^-100, 2^100],
-// infinities, zero pairs and NaN go to the scalar routine, which runs the
-// double one and rounds. Inside that range the estimate is finite and
-// normal, or infinite for a denormal |x| (whose q >= 2^26 takes node
-// infinity either way).
+// Single pairs: the node from q sqrt2 with q = |y| times the reciprocal
+// estimate of |x| (its 12 bits choose the node as well as the quotient);
+// lanes with max(|x|, |y|) outside [2^-40, 2^100] or a nonzero q below
+// 2^-60 (so that a nonzero min(|x|, |y|) is above 2^-100: b Y, b X, the
+// residual and u/pi's low parts stay normal),
+// infinities, zero pairs and NaN go to the scalar
+// routine, which runs the double one and rounds once. Inside that range the
+// estimate is finite and normal, or infinite for a denormal |x| (whose q >=
+// 2^26 takes node infinity either way).
 struct FlagRowsF {
-  Row<float> lo = row(0x1p-100f), hi = row(0x1p100f);
+  Row<float> lo = row(0x1p-40f), hi = row(0x1p100f), qlo = row(0x1p-60f);
 };
 inline constexpr FlagRowsF kFlagRowsF{};
 template <bool kPi, bool kFull> struct Atan2F : frame::Kernel {
   using sig = float(float, float);
   static constexpr bool has_callout = true;
-  static constexpr int kTerms = kFull ? 3 : 2;
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> y, Vec<float, L> x) {
-    Vec<float, L> q = abs(y) * rcp_approx(abs(x));
-    auto half = [&](auto h) {
-      constexpr int o = decltype(h)::value;
-      return convert<float>(atan2_pair<kPi, kTerms, false>(convert<double>(slice<o, 4>(y)),
-                                                           convert<double>(slice<o, 4>(x)),
-                                                           convert<double>(slice<o, 4>(q))));
-    };
-    if constexpr (L == 8) return join(half(frame::Idx<0>{}), half(frame::Idx<4>{}));
-    else return half(frame::Idx<0>{});
+    using V = Vec<float, L>;
+    const FRows<kPi>& k = rows(kFRows<kPi>);
+    V ay = abs(y), ax = abs(x);
+    return anglef<kPi, kFull, true>(ay, ax, (ay * get<V>(k.sqrt2)) * rcp_approx(ax), x, y, k);
   }
   template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> y, Vec<float, L> x, Vec<float, L>) {
     using V = Vec<float, L>;
     const FlagRowsF& k = rows(kFlagRowsF);
-    V m = hw_max(abs(y), abs(x));
-    return not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | is_nan(abs(y) * rcp_approx(abs(x)));
+    V m = hw_max(abs(y), abs(x)), q = abs(y) * rcp_approx(abs(x));
+    return not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | ((q < get<V>(k.qlo)) & (q > V(0))) | is_nan(q);
   }
   static RAVL_INLINE int scalar(const float* yp, const float* xp, float* rp) {
     double y = *yp, x = *xp, r;
