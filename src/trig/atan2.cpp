@@ -8,7 +8,14 @@
 // +-0 by the sign of x, +-pi/2 for x = +-0, +-pi/4 and +-3pi/4 for infinite
 // pairs), tiny ratios as a double-word quotient, scaling by 2^-+600
 // otherwise. Kernel in trig/atan_core.h.
-// Measured max errors (tests/accuracy_test.cpp, MPFR): see kBounds.
+// Measured max errors (tests/accuracy_test.cpp against MPFR: per range 2^17
+// pairs (singles 2^18), uniform on [-4, 4]^2, bit patterns over every binade
+// in each quadrant, huge and tiny pairs, one pair in eight with a random bit
+// pattern):
+//   atan2    plain    full   0.7447 ulp (y = 0x1.0000000000022p+0, x = 0x1.e7f9627195afap+1022)
+//   atan2    _native  fast   736.2 ulp (y = -0x1.8c2a56be06bep-3, x = 0x1.8c74b367b9c8p+1)
+//   atan2f   plain    full   0.5065 ulp (y = -0x1.307bap+0, x = 0x1.a2c996p+0)
+//   atan2f   _native  fast   1.702 ulp (y = 0x1.21a96ep+1, x = 0x1.917154p+0)
 #include "trig/atan_core.h"
 
 namespace ravl {
