@@ -190,7 +190,7 @@ template <int L> RAVL_INLINE Mask<double, L> atan2_flag(Vec<double, L> y, Vec<do
 
 // The special-lane routine of atan2 and atan2pi (half = pi or 1, the angle
 // of the negative axis; quarter = its half; eighth and three_eighths the
-// angles of the infinite pairs): NaN -> NaN; zero pairs and infinities from
+// angles of the infinite pairs): NaN -> NaN (y's when y is NaN, else x's); zero pairs and infinities from
 // their angles; a ratio |y|/|x| below 2^-60 as unit |y|/|x| (unit = 1 or
 // 1/pi; atan(q) = q to 2^-120 relative), after scaling |y| into the normal
 // range: q + ql = |y|/|x| to 2^-106, times
@@ -201,7 +201,7 @@ struct Angles {
 };
 template <class F> RAVL_INLINE int atan2_scalar(double y, double x, double* r, const Angles& A, F vec) {
   if (y != y || x != x) {
-    *r = y + x;
+    *r = y != y ? y + y : x + x;  // y's NaN first, quieted (one operand: no order to choose)
     return kStatusOk;
   }
   const double ax = __builtin_fabs(x), ay = __builtin_fabs(y), inf = __builtin_inf();
