@@ -130,6 +130,11 @@ const Range kRanges[] = {
     {"sqrt", 0.001, 1e6, 0, 0, false},         {"rsqrt", 0.001, 1e6, 0, 0, false},
     {"cbrt", -1e6, 1e6, 0, 0, false},          {"rcbrt", -1e6, 1e6, 0, 0, false},
     {"hypot", -1e6, 1e6, 0, 0, false},
+    // Arc tangents over their nodes and beyond (|x| > 16 takes the
+    // reciprocal node); atan2 with both coordinates in [-10, 10], every
+    // quadrant and ratio.
+    {"atan", -20, 20, 0, 0, false},            {"atanpi", -20, 20, 0, 0, false},
+    {"atan2", -10, 10, 0, 0, false, -10, 10},  {"atan2pi", -10, 10, 0, 0, false, -10, 10},
 };
 const double kDefaultLo = -1e6, kDefaultHi = 1e6;
 // Single families' exp/log ranges are clipped to what a float holds.

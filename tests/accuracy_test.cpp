@@ -35,6 +35,7 @@ const std::map<std::string, MpfrFn> kMpfr = {
     {"rcbrt", [](mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t rnd) { return mpfr_rootn_si(r, x, -3, rnd); }}};
     {"sincosreg", mpfr_sin}, {"acos", mpfr_acos},   {"asin", mpfr_asin},   {"acospi", mpfr_acospi},
     {"asinpi", mpfr_asinpi}};
+    {"sincosreg", mpfr_sin}, {"atan", mpfr_atan},     {"atanpi", mpfr_atanpi}};
 // OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
 // indeterminate 0^0, inf^0 and 1^inf.
 int powr_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
@@ -61,7 +62,8 @@ int rootn_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
 }
 // The two-argument families; pown's integer is the second argument.
 const std::map<std::string, MpfrFn2> kMpfr2 = {
-    {"pow", mpfr_pow}, {"powr", powr_ref}, {"pown", mpfr_pow}, {"rootn", rootn_ref}, {"hypot", mpfr_hypot}};
+    {"pow", mpfr_pow}, {"powr", powr_ref}, {"pown", mpfr_pow}, {"rootn", rootn_ref}, {"hypot", mpfr_hypot},
+    {"atan2", mpfr_atan2}, {"atan2pi", mpfr_atan2pi}};
 
 // The second result of the two-result families.
 const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sincosreg", mpfr_cos}};
@@ -171,6 +173,22 @@ const struct {
     {"asinpi", "fast", 6.5e6}, // 6.417e6
     {"asinpif", "full", 0.8},  // 0.7499 (denormal results: two roundings)
     {"asinpif", "fast", 10.5}, // 10.1
+    {"atan", "full", 0.52},     // 0.5107
+    {"atan", "fast", 760},      // 742.7 (Taylor to u^9 at |u| < 1/16)
+    {"atanf", "full", 0.51},    // 0.5066
+    {"atanf", "fast", 1.6},     // 1.573
+    {"atanpi", "full", 1.0},    // 0.9701 on results near 2^-1022 (the u/pi split below the normal range), 0.52 elsewhere
+    {"atanpi", "fast", 490},    // 473.6
+    {"atanpif", "full", 1.0},   // 0.9797 on results near 2^-126, 0.51 elsewhere
+    {"atanpif", "fast", 2.8},   // 2.751
+    {"atan2", "full", 0.75},    // 0.7447
+    {"atan2", "fast", 760},     // 736.2
+    {"atan2f", "full", 0.51},   // 0.5065
+    {"atan2f", "fast", 1.75},   // 1.702
+    {"atan2pi", "full", 0.75},  // 0.738
+    {"atan2pi", "fast", 480},   // 466.3
+    {"atan2pif", "full", 0.52}, // 0.5125
+    {"atan2pif", "fast", 2.5},  // 2.429
 };
 
 bool normal_only_bound(const std::string& family, const std::string& algorithm) {
@@ -277,10 +295,38 @@ const Range kRanges[] = {
     {"sincosreg", "moderate", -10, 10},
     {"sincosreg", "huge", 8388608, kDMax, kBitPatterns},
 };
+// The arc tangents: the nodes' range, every binade (huge and tiny included);
+// atan2 in each quadrant over every exponent difference, near the diagonal,
+// and with both arguments huge or tiny (the scaled pairs of the scalar
+// routines).
+std::vector<Range> atan_ranges() {
+  std::vector<Range> v;
+  for (const char* f : {"atan", "atanpi", "atanf", "atanpif"}) {
+    const bool single = f[std::strlen(f) - 1] == 'f';
+    v.push_back({f, "nodes", -20, 20});
+    v.push_back({f, "wide", single ? 0x1p-149 : 0x1p-1074, single ? kFMax : kDMax, kBitPatterns});
+    v.push_back({f, "middle", 0x1p-5, 32, single ? kEvery : kBitPatterns});
+  }
+  for (const char* f : {"atan2", "atan2pi", "atan2f", "atan2pif"}) {
+    const bool single = f[std::strlen(f) - 1] == 'f';
+    const double tiny = single ? 0x1p-149 : 0x1p-1074, big = single ? kFMax : kDMax;
+    v.push_back({f, "near", -4, 4, kUniform, 0, -4, 4});
+    v.push_back({f, "q1", tiny, big, kBitPatterns, 0, tiny, big, kBitPatterns});
+    v.push_back({f, "q2", tiny, big, kBitPatterns, 0, -tiny, -big, kBitPatterns});
+    v.push_back({f, "q3", -tiny, -big, kBitPatterns, 0, -tiny, -big, kBitPatterns});
+    v.push_back({f, "q4", -tiny, -big, kBitPatterns, 0, tiny, big, kBitPatterns});
+    v.push_back({f, "huge", single ? 0x1p90 : 0x1p990, big, kBitPatterns, 0, single ? -0x1p90 : -0x1p990, -big,
+                 kBitPatterns});
+    v.push_back({f, "tiny", tiny, single ? 0x1p-90 : 0x1p-890, kBitPatterns, 0, tiny, single ? 0x1p-90 : 0x1p-890,
+                 kBitPatterns});
+  }
+  return v;
+}
 // The logarithms: every positive normal, around 1 (where the result
 // cancels), and the denormals (the scalar routines).
 std::vector<Range> ranges() {
   std::vector<Range> v(std::begin(kRanges), std::end(kRanges));
+  for (const Range& r : atan_ranges()) v.push_back(r);
   for (const char* f : {"log", "log2", "log10", "logf", "log2f", "log10f"}) {
     const bool single = f[std::strlen(f) - 1] == 'f';
     v.push_back({f, "wide", single ? kFMin : kDMin, single ? kFMax : kDMax, kBitPatterns});

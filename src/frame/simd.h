@@ -270,10 +270,6 @@ RAVL_INLINE F64x2 sqrt_hw(F64x2 x) { return (F64x2)_mm_sqrt_pd((__m128d)x); }
 RAVL_INLINE F64x4 sqrt_hw(F64x4 x) { return (F64x4)_mm256_sqrt_pd((__m256d)x); }
 RAVL_INLINE F32x4 sqrt_hw(F32x4 x) { return (F32x4)_mm_sqrt_ps((__m128)x); }
 RAVL_INLINE F32x8 sqrt_hw(F32x8 x) { return (F32x8)_mm256_sqrt_ps((__m256)x); }
-// The hardware reciprocal square root approximation (relative error at most
-// 1.5 * 2^-12; +infinity for +0, NaN for negative inputs).
-RAVL_INLINE F32x4 rsqrt_approx(F32x4 x) { return (F32x4)_mm_rsqrt_ps((__m128)x); }
-RAVL_INLINE F32x8 rsqrt_approx(F32x8 x) { return (F32x8)_mm256_rsqrt_ps((__m256)x); }
 RAVL_INLINE Vec<float, 2> rsqrt_approx(Vec<float, 2> x) { return slice<0, 2>(rsqrt_approx(join(x, x))); }
 // Conversion to 32-bit integers truncating toward zero; NaN and values out of
 // the int32 range give 0x80000000 (the integer indefinite value).

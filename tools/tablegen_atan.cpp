@@ -1,0 +1,172 @@
+// Prints src/tables/atan.h: the node tables of the arc tangent families
+// (atan, atan2, atanpi, atan2pi and their single forms), computed with MPFR
+// at 256 bits.
+//
+//   ninja -C build tablegen_atan && build/tools/tablegen_atan > src/tables/atan.h
+//
+// Checks what the kernels rely on and exits non-zero on a mismatch: every
+// middle node has the bit pattern the kernels build from the argument's bits,
+// hi + lo is the value to 2^-100 relative, and the row of node infinity holds
+// the quarter turn exactly in hi (pi/2 rounded, or 0.5).
+#include "tablegen_common.h"
+
+namespace {
+
+using namespace tablegen;
+
+int failures = 0;
+void check(bool ok, const char* what, int i) {
+  if (!ok) {
+    std::fprintf(stderr, "tablegen_atan: %s (row %d)\n", what, i);
+    ++failures;
+  }
+}
+
+// v = atan(c) (or infinity's quarter turn), then as the unit asks: turned
+// around (pi - v) for a negative first coordinate, divided by pi for the pi
+// forms.
+void angle(mpfr_t v, double c, bool inf, bool neg, bool pi_unit) {
+  mpfr_t p;
+  mpfr_init2(p, kPrec);
+  mpfr_const_pi(p, MPFR_RNDN);
+  if (inf) {
+    mpfr_div_2ui(v, p, 1, MPFR_RNDN);
+  } else {
+    mpfr_set_d(v, c, MPFR_RNDN);
+    mpfr_atan(v, v, MPFR_RNDN);
+  }
+  if (neg) mpfr_sub(v, p, v, MPFR_RNDN);
+  if (pi_unit) mpfr_div(v, v, p, MPFR_RNDN);
+  mpfr_clear(p);
+}
+
+// (hi, lo) of v: hi = RN(v), lo = RN(v - hi), as doubles or as floats.
+void split(mpfr_t v, double* hi, double* lo, bool single) {
+  mpfr_t t;
+  mpfr_init2(t, kPrec);
+  *hi = single ? (double)mpfr_get_flt(v, MPFR_RNDN) : mpfr_get_d(v, MPFR_RNDN);
+  mpfr_sub_d(t, v, *hi, MPFR_RNDN);
+  *lo = single ? (double)mpfr_get_flt(t, MPFR_RNDN) : mpfr_get_d(t, MPFR_RNDN);
+  // hi + lo to 2^-100 (double) or 2^-45 (single) relative.
+  mpfr_sub_d(t, t, *lo, MPFR_RNDN);
+  if (!mpfr_zero_p(v)) {
+    mpfr_div(t, t, v, MPFR_RNDN);
+    check((mpfr_abs(t, t, MPFR_RNDN), mpfr_cmp_ui_2exp(t, 1, single ? -45 : -100) <= 0), "hi + lo is not the value", 0);
+  }
+  mpfr_clear(t);
+}
+
+// Double nodes: row = (bits(t) >> 50) - 4072 for t = min(max(q, 2^-5), 16):
+// rows 0-3 node 0 (q < 2^-4), rows 4-35 the node c = 2^e (1 + m/4 + 1/8) of
+// t = 2^e (1 + m/4 + f), e = -4..3, m = 0..3, row 4 + 4 (e + 4) + m, the bit
+// pattern (bits(t) & 0xfffc000000000000) | 0x0002000000000000; row 36 node
+// infinity (q >= 16). Rows 64-100 the same nodes for a negative first
+// coordinate (pi - angle). The other rows are zero.
+constexpr int kRowsD = 128, kNegD = 64;
+double node_d(int row, bool* inf) {
+  *inf = row == 36;
+  if (row < 4 || row >= 36) return 0;
+  const int k = row - 4, e = -4 + k / 4, m = k % 4;
+  const double c = (1 + m / 4.0 + 1 / 8.0) * (double)(1ll << (e + 4)) / 16;
+  const uint64_t want = ((uint64_t)(1019 + k / 4) << 52) | ((uint64_t)m << 50) | 0x0002000000000000ull;
+  check(bits64(c) == want, "double node pattern", row);
+  return c;
+}
+
+// Single nodes, at position p = E & 7 for the biased exponent E of t =
+// min(max(q sqrt2, 2^-4), 8): E = 123 node 0, E = 124..129 the node c =
+// 2^(E - 127) (for q in [c/sqrt2, c sqrt2)), E = 130 node infinity.
+double node_s(int p, bool* inf) {
+  int E = 0;
+  for (int e = 123; e <= 130; ++e)
+    if ((e & 7) == p) E = e;
+  *inf = E == 130;
+  if (E == 123 || E == 130) return 0;
+  return E >= 127 ? (double)(1 << (E - 127)) : 1.0 / (1 << (127 - E));
+}
+
+void double_table(const char* name, bool pi_unit) {
+  static uint64_t v[2 * kRowsD];
+  mpfr_t a;
+  mpfr_init2(a, kPrec);
+  for (int row = 0; row < kRowsD; ++row) {
+    const int base = row >= kNegD ? row - kNegD : row;
+    bool inf = false;
+    double c = base <= 36 ? node_d(base, &inf) : 0, hi = 0, lo = 0;
+    if (base <= 36) {
+      angle(a, c, inf, row >= kNegD, pi_unit);
+      split(a, &hi, &lo, false);
+    }
+    if (inf && row < kNegD) check(lo == 0 || !pi_unit, "node infinity is not 0.5", row);
+    v[2 * row] = bits64(hi);
+    v[2 * row + 1] = bits64(lo);
+  }
+  char decl[128];
+  std::snprintf(decl, sizeof decl, "alignas(64) inline constexpr uint64_t %s[%d]", name, 2 * kRowsD);
+  print_table64(decl, v, 2 * kRowsD);
+  mpfr_clear(a);
+}
+
+// Single tables: the node b, a (0 at node infinity, else 1), then hi and lo
+// for each unit and sign of the first coordinate.
+void single_tables() {
+  uint32_t b[8], a[8];
+  for (int p = 0; p < 8; ++p) {
+    bool inf = false;
+    const double c = node_s(p, &inf);
+    b[p] = bits32(inf ? 1.0f : (float)c);
+    a[p] = bits32(inf ? 0.0f : 1.0f);
+  }
+  print_table32("alignas(32) inline constexpr uint32_t kNodeB[8]", b, 8, 8);
+  print_table32("alignas(32) inline constexpr uint32_t kNodeA[8]", a, 8, 8);
+  mpfr_t v;
+  mpfr_init2(v, kPrec);
+  const char* names[4] = {"kAtanF", "kAtanFNeg", "kAtanPiF", "kAtanPiFNeg"};
+  for (int t = 0; t < 4; ++t) {
+    uint32_t hi[8], lo[8];
+    for (int p = 0; p < 8; ++p) {
+      bool inf = false;
+      const double c = node_s(p, &inf);
+      angle(v, c, inf, t % 2 == 1, t >= 2);
+      double h, l;
+      split(v, &h, &l, true);
+      hi[p] = bits32((float)h);
+      lo[p] = bits32((float)l);
+    }
+    char decl[96];
+    std::snprintf(decl, sizeof decl, "alignas(32) inline constexpr uint32_t %sHi[8]", names[t]);
+    print_table32(decl, hi, 8, 8);
+    std::snprintf(decl, sizeof decl, "alignas(32) inline constexpr uint32_t %sLo[8]", names[t]);
+    print_table32(decl, lo, 8, 8);
+  }
+  mpfr_clear(v);
+}
+
+}  // namespace
+
+int main() {
+  open_file(
+      "// Node tables of the arc tangent families. Generated by tools/tablegen_atan.cpp\n"
+      "// (MPFR, 256 bits); do not edit. Regenerate with\n"
+      "//   ninja -C build tablegen_atan && build/tools/tablegen_atan > src/tables/atan.h\n"
+      "// Entries are IEEE bit patterns.\n",
+      "atan_tables");
+  std::printf(
+      "// Double nodes, pairs (hi, lo) = RN(A), RN(A - hi), 16 bytes a row, A the\n"
+      "// angle of the node c: atan(c) in rows 0-36, pi - atan(c) in rows 64-100\n"
+      "// (for x < 0), in radians (kAtanD) or half turns (A / pi, kAtanPiD). Row\n"
+      "// (bits(t) >> 50) - 4072 for t = min(max(q, 2^-5), 16): rows 0-3 c = 0,\n"
+      "// rows 4-35 c = 2^e (1 + m/4 + 1/8) for t = 2^e (1 + m/4 + f) (e = -4..3,\n"
+      "// m = 0..3, f < 1/4), row 36 c = infinity (A = pi/2 or 1/2).\n");
+  double_table("kAtanD", false);
+  double_table("kAtanPiD", true);
+  std::printf(
+      "// Single nodes at position E & 7, E the biased exponent of t =\n"
+      "// min(max(q sqrt2, 2^-4), 8): b the node c (c = 0 at E = 123, 2^(E - 127) at\n"
+      "// E = 124..129, and 1 at E = 130, node infinity, where a = 0; a = 1 elsewhere),\n"
+      "// then (hi, lo) of atan(c) (pi/2 at node infinity) as singles, and of pi -\n"
+      "// atan(c) (Neg), in radians and in half turns.\n");
+  single_tables();
+  close_file("atan_tables");
+  return failures ? 1 : 0;
+}
