@@ -24,7 +24,8 @@ const std::map<std::string, MpfrFn> kMpfr = {
     {"exp", mpfr_exp},     {"exp2", mpfr_exp2}, {"exp10", mpfr_exp10}, {"expm1", mpfr_expm1},
     {"log", mpfr_log},     {"log2", mpfr_log2}, {"log10", mpfr_log10}, {"log1p", mpfr_log1p},
     {"sin", mpfr_sin},     {"cos", mpfr_cos},   {"tan", mpfr_tan},     {"sincos", mpfr_sin},
-    {"sincosreg", mpfr_sin}};
+    {"sincosreg", mpfr_sin}, {"sinh", mpfr_sinh},  {"cosh", mpfr_cosh},  {"tanh", mpfr_tanh},
+    {"asinh", mpfr_asinh}, {"acosh", mpfr_acosh}, {"atanh", mpfr_atanh}};
 // OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
 // indeterminate 0^0, inf^0 and 1^inf.
 int powr_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
@@ -61,7 +62,8 @@ const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sinco
 // algorithm.
 const struct {
   const char *family, *parity;
-} kParity[] = {{"sin", "o"}, {"cos", "e"}, {"tan", "o"}, {"sincos", "oe"}, {"sincosreg", "oe"}};
+} kParity[] = {{"sin", "o"},  {"cos", "e"},  {"tan", "o"},   {"sincos", "oe"}, {"sincosreg", "oe"},
+               {"sinh", "o"}, {"cosh", "e"}, {"tanh", "o"},  {"asinh", "o"},   {"atanh", "o"}};
 
 // Asserted max error, ulp; the measured maxima (2^24 samples or more) in the comments.
 const struct {
@@ -101,6 +103,18 @@ const struct {
     {"log1p", "fast", 2.7},     // 2.645 (x near 2^-11: T(1023) + r cancels to half)
     {"log1pf", "full", 0.67},   // 0.6602 (every single in (-1, 2^127))
     {"log1pf", "fast", 3.5},    // 3.419
+    {"sinh", "full", 1.85},     // 1.843 (small x: the designed degree-5 sinh r and the rounding of S Cp)
+    {"sinh", "fast", 213},      // 212.4 (one-constant reduction at |x| near 707)
+    {"sinhf", "full", 0.501},   // 0.500
+    {"sinhf", "fast", 0.501},   // 0.500
+    {"cosh", "full", 1.5},      // 1.478
+    {"cosh", "fast", 214},      // 213.0 (one-constant reduction at |x| near 707)
+    {"coshf", "full", 0.501},   // 0.500
+    {"coshf", "fast", 0.501},   // 0.500
+    {"tanh", "full", 1.2},      // 1.188
+    {"tanh", "fast", 221},      // 220.0 (expm1's fast kernel near 2|x| = ln2/256)
+    {"tanhf", "full", 0.501},   // 0.500
+    {"tanhf", "fast", 0.501},   // 0.500
 };
 
 enum Sampling { kUniform, kBitPatterns, kEvery };
@@ -140,6 +154,24 @@ const Range kRanges[] = {
     {"log1pf", "moderate", -1, 3},
     {"log1pf", "wide", 1, kFMax, kBitPatterns},
     {"log1pf", "tiny", 0x1p-30, 1, kBitPatterns},
+    // sinh, cosh: the vector range, the scalar routine's (|x| >= 707.7) and
+    // small x, where sinh keeps its relative accuracy.
+    {"sinh", "moderate", -30, 30},
+    {"sinh", "wide", -712, 712},
+    {"sinh", "small", 0x1p-60, 1, kBitPatterns},
+    {"sinh", "large", 1, 712, kBitPatterns},
+    {"cosh", "moderate", -30, 30},
+    {"cosh", "wide", -712, 712},
+    {"cosh", "small", 0x1p-60, 1, kBitPatterns},
+    {"cosh", "large", 1, 712, kBitPatterns},
+    {"sinhf", "every", 0, 90, kEvery},
+    {"coshf", "every", 0, 90, kEvery},
+    // tanh: every interval of the table, small x (entry 0), huge x.
+    {"tanh", "moderate", -20, 20},
+    {"tanh", "small", 0x1p-60, 0.25, kBitPatterns},
+    {"tanh", "intervals", 0.125, 22, kBitPatterns},
+    {"tanh", "huge", 22, kDMax, kBitPatterns},
+    {"tanhf", "every", 0, kFMax, kEvery},
 };
 // The logarithms: every positive normal, around 1 (where the result
 // cancels), and the denormals (the scalar routines).
