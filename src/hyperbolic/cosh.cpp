@@ -77,41 +77,23 @@ template <bool kFull, int L> RAVL_INLINE Vec<double, L> cosh_vec(Vec<double, L> 
   return fma(c1, pm, s * (p - m)) + pm;
 }
 
-using Base = AbsBoundKernel<double, kCoshRows, scalar<false>>;
-
-// cosh, plain: as above.
-struct CoshFull : Base {
-  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) { return cosh_vec<true, L>(x); }
+struct CoshPath {
+  template <bool kFull, int L> static RAVL_INLINE Vec<double, L> run(Vec<double, L> x) { return cosh_vec<kFull, L>(x); }
 };
-// cosh, _native: one-constant reduction (ln2's rounding, 2.3e-17, times n
-// up to 2^18 shifts r by up to 6e-12 absolute).
-struct CoshFast : Base {
-  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) { return cosh_vec<false, L>(x); }
-};
-
-// ---- single: the double algorithms on the widened lanes ----------------------------
-
-using BaseF = AbsBoundKernel<float, kFloatRows, scalarf<false>>;
-struct CoshfFull : BaseF {
-  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 v) { return cosh_vec<true, 4>(v); });
-  }
-};
-struct CoshfFast : BaseF {
-  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 v) { return cosh_vec<false, 4>(v); });
-  }
-};
+// Plain: as above. _native: the one-constant reduction (ln2's rounding,
+// 2.3e-17, times n shifts r by up to a few 1e-12). The single classes: the
+// same paths on the widened lanes, rounded once.
+using K = Kernels<kCoshRows, false, CoshPath>;
 
 }  // namespace cosh_detail
 
 namespace cosh_k {
-using full = cosh_detail::CoshFull;
-using fast = cosh_detail::CoshFast;
+using full = cosh_detail::K::Double<true>;
+using fast = cosh_detail::K::Double<false>;
 }  // namespace cosh_k
 namespace coshf_k {
-using full = cosh_detail::CoshfFull;
-using fast = cosh_detail::CoshfFast;
+using full = cosh_detail::K::Single<true>;
+using fast = cosh_detail::K::Single<false>;
 }  // namespace coshf_k
 
 }  // namespace ravl

@@ -81,41 +81,23 @@ template <bool kFull, int L> RAVL_INLINE Vec<double, L> sinh_vec(Vec<double, L> 
   return as_float<V>(as_uint(y) | (as_uint(x) & get<U>(c.sign)));
 }
 
-using Base = AbsBoundKernel<double, kSinhRows, scalar<true>>;
-
-// sinh, plain: as above.
-struct SinhFull : Base {
-  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) { return sinh_vec<true, L>(x); }
+struct SinhPath {
+  template <bool kFull, int L> static RAVL_INLINE Vec<double, L> run(Vec<double, L> x) { return sinh_vec<kFull, L>(x); }
 };
-// sinh, _native: one-constant reduction (ln2's rounding, 2.3e-17, times n
-// up to 2^17 shifts r by up to 3e-12 absolute).
-struct SinhFast : Base {
-  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) { return sinh_vec<false, L>(x); }
-};
-
-// ---- single: the double algorithms on the widened lanes ----------------------------
-
-using BaseF = AbsBoundKernel<float, kFloatRows, scalarf<true>>;
-struct SinhfFull : BaseF {
-  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 v) { return sinh_vec<true, 4>(v); });
-  }
-};
-struct SinhfFast : BaseF {
-  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 v) { return sinh_vec<false, 4>(v); });
-  }
-};
+// Plain: as above. _native: the one-constant reduction (ln2's rounding,
+// 2.3e-17, times n shifts r by up to a few 1e-12). The single classes: the
+// same paths on the widened lanes, rounded once.
+using K = Kernels<kSinhRows, true, SinhPath>;
 
 }  // namespace sinh_detail
 
 namespace sinh_k {
-using full = sinh_detail::SinhFull;
-using fast = sinh_detail::SinhFast;
+using full = sinh_detail::K::Double<true>;
+using fast = sinh_detail::K::Double<false>;
 }  // namespace sinh_k
 namespace sinhf_k {
-using full = sinh_detail::SinhfFull;
-using fast = sinh_detail::SinhfFast;
+using full = sinh_detail::K::Single<true>;
+using fast = sinh_detail::K::Single<false>;
 }  // namespace sinhf_k
 
 }  // namespace ravl

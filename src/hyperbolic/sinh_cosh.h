@@ -130,5 +130,22 @@ template <bool kOdd> RAVL_INLINE int scalarf(const float* xp, float* rp) {
 struct FloatRows : BoundRows<float, kBoundfBits> {};
 inline constexpr FloatRows kFloatRows{};
 
+// The four kernels of a family from its double path Path::run<kFull, L>: the
+// double classes (full: the two-part reduction; fast: one constant) with the
+// double lane test and routine, the single classes the same paths on the
+// widened lanes with the single lane test and routine.
+template <const auto& kRows, bool kOdd, class Path> struct Kernels {
+  using Base = AbsBoundKernel<double, kRows, scalar<kOdd>>;
+  using BaseF = AbsBoundKernel<float, kFloatRows, scalarf<kOdd>>;
+  template <bool kFull> struct Double : Base {
+    template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) { return Path::template run<kFull, L>(x); }
+  };
+  template <bool kFull> struct Single : BaseF {
+    template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
+      return via_double<L>(x, [](F64x4 v) { return Path::template run<kFull, 4>(v); });
+    }
+  };
+};
+
 }  // namespace sinh_cosh
 }  // namespace ravl
