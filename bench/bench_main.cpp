@@ -110,6 +110,11 @@ const Range kRanges[] = {
     {"exp10", -300, 300, 0, 0, false},      {"expm1", -30, 700, 0, 0, false},
     {"log", 1e-300, 1e300, 0, 0, true},     {"log2", 1e-300, 1e300, 0, 0, true},
     {"log10", 1e-300, 1e300, 0, 0, true},   {"log1p", 1e-10, 1e10, 0, 0, true},
+    // The hyperbolic functions: sinh and cosh within the single range (the
+    // single members share the row), tanh over its polynomial intervals.
+    {"sinh", -88, 88, 0, 0, false},         {"cosh", -88, 88, 0, 0, false},
+    {"tanh", -20, 20, 0, 0, false},         {"asinh", -1e6, 1e6, 0, 0, false},
+    {"acosh", 1, 1e6, 0, 0, false},         {"atanh", -1, 1, 0, 0, false},
     {"ldexp", -1e6, 1e6, -60, 60, false},   {"div", 0.5, 2, 0, 0, false},
     {"inv", 0.5, 2, 0, 0, false},           {"nan", 0, 0, 0, 1 << 20, false},
     // The trigonometric functions on moderate arguments (a few hundred

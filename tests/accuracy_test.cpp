@@ -36,6 +36,8 @@ const std::map<std::string, MpfrFn> kMpfr = {
     {"sincosreg", mpfr_sin}, {"acos", mpfr_acos},   {"asin", mpfr_asin},   {"acospi", mpfr_acospi},
     {"asinpi", mpfr_asinpi}};
     {"sincosreg", mpfr_sin}, {"atan", mpfr_atan},     {"atanpi", mpfr_atanpi}};
+    {"sincosreg", mpfr_sin}, {"sinh", mpfr_sinh},  {"cosh", mpfr_cosh},  {"tanh", mpfr_tanh},
+    {"asinh", mpfr_asinh}, {"acosh", mpfr_acosh}, {"atanh", mpfr_atanh}};
 // OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
 // indeterminate 0^0, inf^0 and 1^inf.
 int powr_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
@@ -189,6 +191,18 @@ const struct {
     {"atan2pi", "fast", 480},   // 466.3
     {"atan2pif", "full", 0.52}, // 0.5125
     {"atan2pif", "fast", 2.5},  // 2.429
+    {"sinh", "full", 1.85},     // 1.843 (small x: the designed degree-5 sinh r and the rounding of S Cp)
+    {"sinh", "fast", 213},      // 212.4 (one-constant reduction at |x| near 707)
+    {"sinhf", "full", 0.501},   // 0.500
+    {"sinhf", "fast", 0.501},   // 0.500
+    {"cosh", "full", 1.5},      // 1.478
+    {"cosh", "fast", 214},      // 213.0 (one-constant reduction at |x| near 707)
+    {"coshf", "full", 0.501},   // 0.500
+    {"coshf", "fast", 0.501},   // 0.500
+    {"tanh", "full", 1.2},      // 1.188
+    {"tanh", "fast", 221},      // 220.0 (expm1's fast kernel near 2|x| = ln2/256)
+    {"tanhf", "full", 0.501},   // 0.500
+    {"tanhf", "fast", 0.501},   // 0.500
 };
 
 bool normal_only_bound(const std::string& family, const std::string& algorithm) {
@@ -294,6 +308,24 @@ const Range kRanges[] = {
     {"sincos", "small", 0x1p-60, 1, kBitPatterns},
     {"sincosreg", "moderate", -10, 10},
     {"sincosreg", "huge", 8388608, kDMax, kBitPatterns},
+    // sinh, cosh: the vector range, the scalar routine's (|x| >= 707.7) and
+    // small x, where sinh keeps its relative accuracy.
+    {"sinh", "moderate", -30, 30},
+    {"sinh", "wide", -712, 712},
+    {"sinh", "small", 0x1p-60, 1, kBitPatterns},
+    {"sinh", "large", 1, 712, kBitPatterns},
+    {"cosh", "moderate", -30, 30},
+    {"cosh", "wide", -712, 712},
+    {"cosh", "small", 0x1p-60, 1, kBitPatterns},
+    {"cosh", "large", 1, 712, kBitPatterns},
+    {"sinhf", "every", 0, 90, kEvery},
+    {"coshf", "every", 0, 90, kEvery},
+    // tanh: every interval of the table, small x (entry 0), huge x.
+    {"tanh", "moderate", -20, 20},
+    {"tanh", "small", 0x1p-60, 0.25, kBitPatterns},
+    {"tanh", "intervals", 0.125, 22, kBitPatterns},
+    {"tanh", "huge", 22, kDMax, kBitPatterns},
+    {"tanhf", "every", 0, kFMax, kEvery},
 };
 // The arc tangents: the nodes' range, every binade (huge and tiny included);
 // atan2 in each quadrant over every exponent difference, near the diagonal,

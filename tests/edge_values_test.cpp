@@ -276,6 +276,28 @@ const Row kRows[] = {
                           1, NAN, 1, NAN, NAN, 1, 1, ACC, -1, -1, ACC, 1e-30, 1e30, CR, 0x1p-149, 1, CR, 3e38, 3e38,
                           ACC, 3e38, -3e38, ACC}},
     {"atan2pi", {1e-300, 1e300, CR, 0x1p-1074, 0x1p-4, CR, DBL_MAX, -DBL_MAX, ACC, 0x1p-1074, -0x1p-1074, ACC}},
+    // sinh, cosh: the vector bound (707.7001953125 flagged, 707.69970703125
+    // not), the scalar routine's overflow bound 710.475860073944 and its
+    // e^|x|/2 and series bounds.
+    {"sinh", {NAN, NAN, INF, INF, -INF, -INF, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074,
+              1e-300, 1e-300, 710.4759, INF, -710.4759, -INF, 1e308, INF, 710.4758, ACC, -710.4758, ACC,
+              710.475860073944, INF, 710.47586007394383, ACC, 707.7001953125, ACC, 707.69970703125, ACC,
+              21.487562597358306, ACC, 0.02720470510300388, ACC, 0x1p-52, ACC, 0x1p-53, ACC, 1, ACC}},
+    {"cosh", {NAN, NAN, INF, INF, -INF, INF, 0, 1, -0.0, 1, 0x1p-1074, 1, 1e-300, 1, 710.4759, INF, -710.4759, INF,
+              1e308, INF, 710.4758, ACC, -710.4758, ACC, 710.475860073944, INF, 710.47586007394383, ACC,
+              707.7001953125, ACC, -707.7001953125, ACC, 707.69970703125, ACC, 21.487562597358306, ACC, 0x1p-54, 1,
+              1, ACC}},
+    {"sinhf", {NAN, NAN, INF, INF, -INF, -INF, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, -0x1p-149, -0x1p-149, 90, INF,
+               -90, -INF, FLT_MAX, INF, 89.4159851, ACC, 89.4159927, INF, 89, ACC, 89.0000076, ACC, 1, ACC}},
+    {"coshf", {NAN, NAN, INF, INF, -INF, INF, 0, 1, -0.0, 1, 0x1p-149, 1, 90, INF, -90, INF, FLT_MAX, INF,
+               89.4159851, ACC, 89.4159927, INF, 89, ACC, 89.0000076, ACC, 1, ACC}},
+    // tanh: +-1 from 20 up and for exponent field 2046 (the scalar routine from
+    // 1.125 * 2^1023); both sides of 0.125.
+    {"tanh", {NAN, NAN, INF, 1, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074, 20, 1,
+              -20, -1, 1e300, 1, DBL_MAX, 1, -DBL_MAX, -1, 0x1.2p1023, 1, 0x1.1ffffffffffffp1023, 1, 0x1p1023, 1,
+              0.125, ACC, 0.12499999999999999, ACC, -0.125, ACC, 19.999999999999996, ACC, 1, ACC}},
+    {"tanhf", {NAN, NAN, INF, 1, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, 20, 1, -20, -1, FLT_MAX, 1,
+               -FLT_MAX, -1, 0.125, ACC, 0.124999993, ACC, 9.01, ACC, 1, ACC}},
     // Division: IEEE in every class but the single approximate ones, which
     // give the IEEE quotient where the divisor is zero, denormal or huge.
     {"div", {1, 0, INF, 0, 0, NAN, 1, 0x1p-1074, INF, -1, 0, -INF, 1, -0.0, -INF, 6, 3, 2, 1, 0.0078125, 128}},

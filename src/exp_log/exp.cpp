@@ -47,12 +47,6 @@ constexpr double kDenormal = f64_bits(0xc086232bdd7abcd2ull);
 
 // ---- the scalar routines -----------------------------------------------------
 
-// Polynomial of the scalar routines: e^r - 1 - r ~ r^2 (1/2 + s3 r + s4 r^2 +
-// s5 r^3 + s6 r^4) on |r| <= ln2/128.
-constexpr double kS3 = f64_bits(0x3fc55555555548f8ull);  // 0.16666666666657881
-constexpr double kS4 = f64_bits(0x3fa5555555558fccull);  // 0.041666666666770519
-constexpr double kS5 = f64_bits(0x3f8111123aaf20d3ull);  // 0.0083333419951404971
-constexpr double kS6 = f64_bits(0x3f56c16a1c2a3ffdull);  // 0.0013888870459233254
 // 1.5 * 2^32 (0x41f8000000000000): (w + w c) - w c keeps the upper ~20 bits of w.
 constexpr double kSplit32 = f64_bits(0x41f8000000000000ull);
 // 2^-60 (0x3c30000000000000), the scale back from the denormal range.
@@ -60,25 +54,11 @@ constexpr double kTwoM60 = f64_bits(0x3c30000000000000ull);
 
 // e^x for x within the caller's overflow and underflow bounds; x below
 // denormal_below takes the denormal-result path (status 4), the rest the
-// normal one (status 0).
-//
-// x = (64 m + j) ln2/64 + r, |r| <= ln2/128 (plus the reduction error);
-// e^x = 2^m * hi_j (1 + lo_j) e^r with lo_j relative to hi_j, so
-// e^x ~ 2^m (hi_j + hi_j q), q = r + r^2 P(r) + lo_j.
+// normal one (status 0). e^x ~ 2^m (hi + v) by exp_split (exp_common.h).
 RAVL_INLINE int exp_core(double x, double denormal_below, double* out) {
-  double k = fma(x, kInvLn2x64, kShift);
-  double n = k - kShift;
-  int64_t ni = (int64_t)(bits_of(k) - bits_of(kShift));  // n as an integer
-  int64_t j = ni & 63;
-  int64_t m = ni >> 6;  // floor(n / 64)
-  double r = fnma(n, kLn2o64Hi, x);
-  r = fnma(n, kLn2o64Lo, r);
-  double hi = f64_bits(exp_tables::kExpScalar64[2 * j]);
-  double lo = f64_bits(exp_tables::kExpScalar64[2 * j + 1]);
-  double r2 = r * r;
-  double p = fma(r, fma(r, fma(r, fma(r, kS6, kS5), kS4), kS3), 0.5);
-  double q = r + fma(r2, p, lo);
-  double v = q * hi;
+  const ExpSplit e = exp_split(x);
+  const double hi = e.hi, v = e.v;
+  const int64_t m = e.m;
   if (x < denormal_below) {
     // Result below 2^-1022: compute w = (hi + v) 2^(m+60) in the normal
     // range, then scale by 2^-60 so that the one rounding to the denormal

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "frame/entry.h"
+#include "tables/exp.h"
 
 namespace ravl {
 namespace exp_common {
@@ -89,6 +90,41 @@ RAVL_INLINE double scale_pow2(double y, int64_t m) {
   int64_t field = m + 1023;
   if (field > 2046) return (y * pow2(field - 1)) * 2.0;
   return y * pow2(field);
+}
+
+// ---- the reduction of the scalar routines ---------------------------------------
+
+// Polynomial of the scalar routines: e^r - 1 - r ~ r^2 (1/2 + s3 r + s4 r^2 +
+// s5 r^3 + s6 r^4) on |r| <= ln2/128.
+constexpr double kS3 = f64_bits(0x3fc55555555548f8ull);  // 0.16666666666657881
+constexpr double kS4 = f64_bits(0x3fa5555555558fccull);  // 0.041666666666770519
+constexpr double kS5 = f64_bits(0x3f8111123aaf20d3ull);  // 0.0083333419951404971
+constexpr double kS6 = f64_bits(0x3f56c16a1c2a3ffdull);  // 0.0013888870459233254
+
+// e^x = 2^m (hi + v) for |x| < 2^16 (exp's and the hyperbolic families'
+// scalar routines): hi = hi_j = RN(2^(j/64)) exactly, v = hi_j q the small
+// part (|v| < 0.0055 hi).
+// x = (64 m + j) ln2/64 + r, |r| <= ln2/128 (plus the reduction error);
+// e^x = 2^m * hi_j (1 + lo_j) e^r with lo_j relative to hi_j, so
+// e^x ~ 2^m (hi_j + hi_j q), q = r + r^2 P(r) + lo_j.
+struct ExpSplit {
+  double hi, v;
+  int64_t m;
+};
+RAVL_INLINE ExpSplit exp_split(double x) {
+  double k = fma(x, kInvLn2x64, kShift);
+  double n = k - kShift;
+  int64_t ni = (int64_t)(bits_of(k) - bits_of(kShift));  // n as an integer
+  int64_t j = ni & 63;
+  int64_t m = ni >> 6;  // floor(n / 64)
+  double r = fnma(n, kLn2o64Hi, x);
+  r = fnma(n, kLn2o64Lo, r);
+  double hi = f64_bits(exp_tables::kExpScalar64[2 * j]);
+  double lo = f64_bits(exp_tables::kExpScalar64[2 * j + 1]);
+  double r2 = r * r;
+  double p = fma(r, fma(r, fma(r, fma(r, kS6, kS5), kS4), kS3), 0.5);
+  double q = r + fma(r2, p, lo);
+  return {hi, q * hi, m};
 }
 
 // ---- lane tests and kernel bases ---------------------------------------------------

@@ -252,6 +252,16 @@ RAVL_INLINE Vec<T, 4 * N> join(Vec<T, N> a, Vec<T, N> b, Vec<T, N> c, Vec<T, N> 
   return join(join(a, b), join(c, d));
 }
 
+// Single lanes through a double computation f on four lanes (F64x4 to
+// F64x4), four lanes at a time, each result rounded once to single.
+template <int L, class F> RAVL_INLINE Vec<float, L> via_double(Vec<float, L> x, F f) {
+  if constexpr (L == 4) {
+    return convert<float>(f(convert<double>(x)));
+  } else {
+    return join(via_double<4>(slice<0, 4>(x), f), via_double<4>(slice<4, 4>(x), f));
+  }
+}
+
 // ---- reciprocal approximation, truncating conversion, round by immediate ----
 
 // The hardware reciprocal approximation (relative error at most 1.5 * 2^-12).
@@ -314,6 +324,31 @@ template <int kStride = 8> RAVL_INLINE void gather_pairs(const double* t, Vec<in
   __m256d a1 = _mm256_set_m128d(pair(3), pair(1));  // h1 l1 h3 l3
   hi = (F64x4)_mm256_unpacklo_pd(a0, a1);
   lo = (F64x4)_mm256_unpackhi_pd(a0, a1);
+}
+
+// Columns 0..N-1 (N even) of a table of rows of doubles, for rows at the byte
+// offsets off (from t): col[q] lane i = the q-th double of lane i's row. Two
+// columns at a time: one 128-bit load per lane and two unpacks, where N
+// separate gathers would take N loads and inserts per lane.
+template <int N> RAVL_INLINE void gather_cols(const double* t, Vec<int64_t, 2> off, F64x2 (&col)[N]) {
+  const char* b = reinterpret_cast<const char*>(t);
+  for (int q = 0; q < N; q += 2) {
+    __m128d p0 = _mm_loadu_pd((const double*)(b + off[0]) + q);
+    __m128d p1 = _mm_loadu_pd((const double*)(b + off[1]) + q);
+    col[q] = (F64x2)_mm_unpacklo_pd(p0, p1);
+    col[q + 1] = (F64x2)_mm_unpackhi_pd(p0, p1);
+  }
+}
+template <int N> RAVL_INLINE void gather_cols(const double* t, Vec<int64_t, 4> off, F64x4 (&col)[N]) {
+  const char* b = reinterpret_cast<const char*>(t);
+  const double* r[4] = {(const double*)(b + off[0]), (const double*)(b + off[1]), (const double*)(b + off[2]),
+                        (const double*)(b + off[3])};
+  for (int q = 0; q < N; q += 2) {
+    __m256d a0 = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(r[0] + q)), _mm_loadu_pd(r[2] + q), 1);
+    __m256d a1 = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(r[1] + q)), _mm_loadu_pd(r[3] + q), 1);
+    col[q] = (F64x4)_mm256_unpacklo_pd(a0, a1);
+    col[q + 1] = (F64x4)_mm256_unpackhi_pd(a0, a1);
+  }
 }
 
 // ---- packed integer conversion and per-lane 64-bit shifts -------------------

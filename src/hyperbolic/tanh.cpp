@@ -1,0 +1,162 @@
+// tanh x on double lanes (family tanh) and on single lanes (family tanhf).
+//
+// The double plain path uses no exponential: a degree-10 polynomial per
+// interval of |x| (tables/hyperbolic.h, kTanh60), chosen by the leading bits
+// of |x|, with the sign of x ORed back (tanh(-x) = -tanh(x) bit for bit,
+// tanh(-0) = -0). It flags infinities, NaN and |x| >= 1.125 * 2^1023 for its
+// scalar routine: +-inf -> +-1, NaN -> quiet NaN, exponent field 2046 -> +-1.
+// The other members settle every lane inline (no scalar routine):
+//   tanh _native, tanhf _native   E/(E + 2), E = e^(2|x|) - 1 (expm1's fast
+//                                 double kernel), |x| clamped to 20 first;
+//   tanhf plain                   the double plain path on the widened lanes.
+// Special inputs give the same results in every class: +-inf -> +-1, NaN ->
+// NaN, +-0 -> +-0, |x| >= 20 -> +-1.
+//
+// Classes and measured max errors: tests/accuracy_test.cpp (kBounds) asserts
+// them against MPFR.
+#include "exp_log/expm1_core.h"
+#include "frame/entry.h"
+#include "tables/hyperbolic.h"
+
+namespace ravl {
+namespace tanh_detail {
+
+// ---- double, full class ---------------------------------------------------------
+//
+// h = upper word of |x| AND 0x7ffe0000 (exponent and three leading fraction
+// bits); entry i = clamp(h - 0x3fbe0000, 0, 0x760000) >> 17: entry 0 for |x| <
+// 0.125, one entry per eighth of a binade up to [18, 20), entry 59 (the
+// constant 1) from 20 up. The entry's row is 128 bytes: (c0..c10, shift).
+// t = |x| + shift; tanh|x| ~ c0 + t (c1 + t (c2 + ... + t c10)) by Horner's
+// rule in fused multiply-adds.
+//
+// The clamp is taken on |x| before the bits are read: max(|x|, 0.1171875)
+// (0x3fbe000000000000, the smallest value whose word gives entry 0's offset)
+// and min(., 20.0) (0x4034000000000000, entry 59), which gives the same entry
+// for every |x| (a NaN |x| reads entry 0); the byte offset is then
+// ((bits >> 42) AND 0x1fff80) - 0xfef80, the masked word less 0x3fbe0000
+// shifted right by 10.
+constexpr double kFirst = f64_bits(0x3fbe000000000000ull);  // 0.1171875
+constexpr double kLast = f64_bits(0x4034000000000000ull);   // 20.0
+// |x| >= 1.125 * 2^1023 (pattern 0x7fe2000000000000 and above), infinities and
+// NaN: the masked word above 0x7fe00000.
+constexpr uint64_t kFlagBits = 0x7fe1ffffffffffffull;
+
+struct TanhRows : exp_common::BoundRows<double, kFlagBits> {
+  Row<double> first = row(kFirst), last = row(kLast);
+  Row<uint64_t> word = row<uint64_t>(0x1fff80), base = row<uint64_t>(0xfef80),
+                sign = row<uint64_t>(0x8000000000000000ull);
+};
+inline constexpr TanhRows kTanhRows{};
+
+// tanh a for a = |x| (any a below the flag bound; NaN gives NaN).
+template <int L> RAVL_INLINE Vec<double, L> tanh_abs(Vec<double, L> a, const TanhRows& c) {
+  using V = Vec<double, L>;
+  using U = Vec<uint64_t, L>;
+  V ac = hw_min(hw_max(a, get<V>(c.first)), get<V>(c.last));
+  U off = ((as_uint(ac) >> 42) & get<U>(c.word)) - get<U>(c.base);
+  V col[12];
+  gather_cols<12>(reinterpret_cast<const double*>(hyperbolic_tables::kTanh60), bitcast<Vec<int64_t, L>>(off), col);
+  V t = a + col[11];
+  V p = col[10];
+  for (int q = 9; q >= 0; --q) p = fma(p, t, col[q]);
+  return p;
+}
+
+template <int L> RAVL_INLINE Vec<double, L> tanh_full(Vec<double, L> x) {
+  using V = Vec<double, L>;
+  using U = Vec<uint64_t, L>;
+  const TanhRows& c = rows(kTanhRows);
+  V y = tanh_abs<L>(as_float<V>(as_uint(x) & get<U>(c.abs)), c);
+  return as_float<V>(as_uint(y) | (as_uint(x) & get<U>(c.sign)));
+}
+
+struct TanhFull : frame::Kernel {
+  using sig = double(double);
+  static constexpr bool has_callout = true;
+  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) { return tanh_full<L>(x); }
+  template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> x, Vec<double, L>) {
+    return exp_common::abs_bits_above(x, rows(kTanhRows));
+  }
+  // +-inf and finite x with exponent field 2046 -> +-1 (tanh rounds to 1 from
+  // 19.06 up); NaN -> quiet NaN. Any other x (not sent by the vector path)
+  // gets the vector path's value.
+  static RAVL_INLINE int scalar(const double* xp, double* rp) {
+    const double x = *xp;
+    const uint64_t e = bits_of(x) >> 52 & 2047;
+    if (x != x) *rp = x + x;
+    else if (e >= 2046) *rp = x < 0 ? -1.0 : 1.0;
+    else *rp = tanh_full<2>(F64x2(x))[0];
+    return kStatusOk;
+  }
+};
+
+// ---- the fast classes: E/(E + 2) ---------------------------------------------------
+//
+// tanh a = (e^(2a) - 1)/(e^(2a) + 1) = E/(E + 2), E = expm1_fast(2 min(a, 20))
+// (exp_log/expm1_core.h, relative error 2.5e-14, exact near 0 to its own
+// polynomial: tiny a gives 2a/2 = a). From a = 20 up the result is 1 (E = e^40
+// - 1: E/(E + 2) rounds to 1). min(20, a) keeps a NaN a, but expm1_fast
+// clamps below at -40 (a NaN becomes -40 there), so NaN lanes take x back by a
+// blend.
+struct FastRows {
+  Row<uint64_t> abs = row<uint64_t>(0x7fffffffffffffffull), sign = row<uint64_t>(0x8000000000000000ull);
+  Row<double> last = row(20.0), two = row(2.0);
+};
+inline constexpr FastRows kFastRows{};
+
+template <int L> RAVL_INLINE Vec<double, L> tanh_fast(Vec<double, L> x) {
+  using V = Vec<double, L>;
+  using U = Vec<uint64_t, L>;
+  const FastRows& c = rows(kFastRows);
+  V a = as_float<V>(as_uint(x) & get<U>(c.abs));
+  V a2 = hw_min(get<V>(c.last), a);
+  V e = expm1_detail::expm1_fast<L>(a2 + a2);
+  V y = e / (e + get<V>(c.two));
+  y = as_float<V>(as_uint(y) | (as_uint(x) & get<U>(c.sign)));
+  return select(is_nan(x), x, y);
+}
+
+struct TanhFast : frame::Kernel {
+  using sig = double(double);
+  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) { return tanh_fast<L>(x); }
+};
+
+// ---- single: the double paths on the widened lanes, no scalar routine -----------
+//
+// tanhf plain: the double plain path on min(20, |x|) (a single's finite |x|
+// is far below the double flag bound; an infinity becomes 20, entry 59, and
+// gives +-1; a NaN stays NaN through t = |x| + shift).
+struct TanhfFull : frame::Kernel {
+  using sig = float(float);
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
+    return via_double<L>(x, [](F64x4 v) {
+      const TanhRows& c = rows(kTanhRows);
+      F64x4 a = hw_min(get<F64x4>(c.last), as_float<F64x4>(as_uint(v) & get<U64x4>(c.abs)));
+      F64x4 y = tanh_abs<4>(a, c);
+      return as_float<F64x4>(as_uint(y) | (as_uint(v) & get<U64x4>(c.sign)));
+    });
+  }
+};
+struct TanhfFast : frame::Kernel {
+  using sig = float(float);
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
+    return via_double<L>(x, [](F64x4 v) { return tanh_fast<4>(v); });
+  }
+};
+
+}  // namespace tanh_detail
+
+namespace tanh_k {
+using full = tanh_detail::TanhFull;
+using fast = tanh_detail::TanhFast;
+}  // namespace tanh_k
+namespace tanhf_k {
+using full = tanh_detail::TanhfFull;
+using fast = tanh_detail::TanhfFast;
+}  // namespace tanhf_k
+
+}  // namespace ravl
+
+#include "entries/tanh.inc"
+#include "entries/tanhf.inc"

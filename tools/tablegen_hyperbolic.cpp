@@ -1,0 +1,259 @@
+// Prints src/tables/hyperbolic.h: the constant tables of the sinh, cosh and
+// tanh families, computed with MPFR at 256 bits and rounded once to nearest.
+// Exits non-zero when a row that the families' documentation quotes does not
+// come out as quoted, or when a tanh interval's fit misses its error budget.
+//
+//   ninja -C build tablegen_hyperbolic && build/tools/tablegen_hyperbolic > src/tables/hyperbolic.h
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+#include "tablegen_common.h"
+
+namespace {
+
+using namespace tablegen;
+
+int g_failures = 0;
+
+// The entry must be the quoted decimal (read as the nearest double).
+void expect(const char* what, double got, const char* quoted) {
+  const double want = std::strtod(quoted, nullptr);
+  if (bits64(got) != bits64(want)) {
+    std::fprintf(stderr, "%s: got %.17g (0x%016llx), quoted %s\n", what, got, (unsigned long long)bits64(got), quoted);
+    ++g_failures;
+  }
+}
+
+// RN(2^(j/n) / 2).
+double half_pow2(int j, int n) {
+  mpfr_t v;
+  mpfr_init2(v, kPrec);
+  pow2_frac(v, j, n);
+  mpfr_div_2ui(v, v, 1, MPFR_RNDN);
+  const double d = mpfr_get_d(v, MPFR_RNDN);
+  mpfr_clear(v);
+  return d;
+}
+
+// ---- tanh: 60 intervals, a degree-10 polynomial in t = |x| - centre each ----------
+//
+// Entry i >= 1 serves the |x| whose upper word, masked with 0x7ffe0000, is
+// 0x3fbe0000 + i * 0x20000 (an eighth of a binade; entry 58 is [18, 20)).
+// The fit about the centre c keeps the first three Taylor terms, each rounded
+// once (c0 = tanh c, c1 = 1 - tanh^2 c, c2 = -tanh c (1 - tanh^2 c)), and
+// interpolates the rest, g(t) = (tanh(c + t) - T0 - T1 t - T2 t^2) / t^3 with
+// the exact Taylor terms, at the 8 Chebyshev nodes of [-h, h] (h the half
+// width) by a degree-7 polynomial: c3..c10.
+constexpr int kEntries = 60, kStride = 16, kDegree = 10;
+constexpr uint32_t kFirstWord = 0x3fbe0000u, kWordStep = 0x20000u;
+
+double word_value(uint32_t w) { return from_bits((uint64_t)w << 32); }
+
+// tanh(c + t) - T0 - T1 t - T2 t^2 over t^3 into g (t != 0).
+void tanh_rest(mpfr_t g, const mpfr_t c, const mpfr_t t, const mpfr_t T0, const mpfr_t T1, const mpfr_t T2) {
+  mpfr_t x, p;
+  mpfr_inits2(kPrec, x, p, (mpfr_ptr)0);
+  mpfr_add(x, c, t, MPFR_RNDN);
+  mpfr_tanh(g, x, MPFR_RNDN);
+  mpfr_fma(p, T2, t, T1, MPFR_RNDN);
+  mpfr_fma(p, p, t, T0, MPFR_RNDN);
+  mpfr_sub(g, g, p, MPFR_RNDN);
+  mpfr_div(g, g, t, MPFR_RNDN);
+  mpfr_div(g, g, t, MPFR_RNDN);
+  mpfr_div(g, g, t, MPFR_RNDN);
+  mpfr_clears(x, p, (mpfr_ptr)0);
+}
+
+// Coefficients of entry i (c0..c10, shift) for 1 <= i <= 58.
+void fit_entry(int i, double* e) {
+  const double lo = word_value(kFirstWord + i * kWordStep), hi = word_value(kFirstWord + (i + 1) * kWordStep);
+  const double centre = (lo + hi) / 2, half = (hi - lo) / 2;  // both exact
+  mpfr_t c, T0, T1, T2, t, g, s;
+  mpfr_inits2(kPrec, c, T0, T1, T2, t, g, s, (mpfr_ptr)0);
+  mpfr_set_d(c, centre, MPFR_RNDN);
+  mpfr_tanh(T0, c, MPFR_RNDN);
+  mpfr_sqr(T1, T0, MPFR_RNDN);
+  mpfr_ui_sub(T1, 1, T1, MPFR_RNDN);
+  mpfr_mul(T2, T0, T1, MPFR_RNDN);
+  mpfr_neg(T2, T2, MPFR_RNDN);
+  e[0] = mpfr_get_d(T0, MPFR_RNDN);
+  e[1] = mpfr_get_d(T1, MPFR_RNDN);
+  e[2] = mpfr_get_d(T2, MPFR_RNDN);
+  // Interpolation at the nodes t_k = h cos((2k + 1) pi / 16): the Vandermonde
+  // system in the scaled variable u = t / h, solved by Gaussian elimination.
+  constexpr int n = kDegree - 2;
+  std::vector<mpfr_t> a(n * (n + 1));
+  for (auto& m : a) mpfr_init2(m, kPrec);
+  for (int k = 0; k < n; ++k) {
+    mpfr_const_pi(t, MPFR_RNDN);
+    mpfr_mul_ui(t, t, 2 * k + 1, MPFR_RNDN);
+    mpfr_div_ui(t, t, 2 * n, MPFR_RNDN);
+    mpfr_cos(t, t, MPFR_RNDN);  // u_k
+    mpfr_set_ui(s, 1, MPFR_RNDN);
+    for (int p = 0; p < n; ++p) {
+      mpfr_set(a[k * (n + 1) + p], s, MPFR_RNDN);
+      mpfr_mul(s, s, t, MPFR_RNDN);
+    }
+    mpfr_mul_d(t, t, half, MPFR_RNDN);
+    tanh_rest(a[k * (n + 1) + n], c, t, T0, T1, T2);
+  }
+  for (int col = 0; col < n; ++col) {
+    int piv = col;
+    for (int r = col + 1; r < n; ++r)
+      if (mpfr_cmpabs(a[r * (n + 1) + col], a[piv * (n + 1) + col]) > 0) piv = r;
+    for (int q = 0; q <= n; ++q) mpfr_swap(a[col * (n + 1) + q], a[piv * (n + 1) + q]);
+    for (int r = 0; r < n; ++r) {
+      if (r == col) continue;
+      mpfr_div(s, a[r * (n + 1) + col], a[col * (n + 1) + col], MPFR_RNDN);
+      for (int q = col; q <= n; ++q) {
+        mpfr_mul(t, s, a[col * (n + 1) + q], MPFR_RNDN);
+        mpfr_sub(a[r * (n + 1) + q], a[r * (n + 1) + q], t, MPFR_RNDN);
+      }
+    }
+  }
+  for (int p = 0; p < n; ++p) {
+    mpfr_div(s, a[p * (n + 1) + n], a[p * (n + 1) + p], MPFR_RNDN);  // coefficient of u^p
+    mpfr_set_d(t, half, MPFR_RNDN);
+    mpfr_pow_ui(t, t, p, MPFR_RNDN);
+    mpfr_div(s, s, t, MPFR_RNDN);  // of t^p
+    e[3 + p] = mpfr_get_d(s, MPFR_RNDN);
+  }
+  e[kDegree + 1] = -centre;
+  for (auto& m : a) mpfr_clear(m);
+  mpfr_clears(c, T0, T1, T2, t, g, s, (mpfr_ptr)0);
+}
+
+// Max |p(t) - tanh(|x|)| / ulp(tanh(|x|)) over 4097 points of [lo, hi] with
+// the entry's double coefficients taken exactly (the evaluation's own
+// rounding is not included).
+double fit_error_ulp(const double* e, double lo, double hi) {
+  mpfr_t x, t, p, y, d;
+  mpfr_inits2(kPrec, x, t, p, y, d, (mpfr_ptr)0);
+  double worst = 0;
+  for (int k = 0; k <= 4096; ++k) {
+    const double xv = lo + (hi - lo) * k / 4096;
+    mpfr_set_d(x, xv, MPFR_RNDN);
+    mpfr_add_d(t, x, e[kDegree + 1], MPFR_RNDN);
+    mpfr_set_d(p, e[kDegree], MPFR_RNDN);
+    for (int q = kDegree - 1; q >= 0; --q) {
+      mpfr_mul(p, p, t, MPFR_RNDN);
+      mpfr_add_d(p, p, e[q], MPFR_RNDN);
+    }
+    mpfr_tanh(y, x, MPFR_RNDN);
+    mpfr_sub(d, p, y, MPFR_RNDN);
+    const double yd = mpfr_get_d(y, MPFR_RNDN);
+    int ex;
+    std::frexp(yd, &ex);
+    const double err = std::fabs(mpfr_get_d(d, MPFR_RNDN)) / std::ldexp(1.0, ex - 53);
+    if (err > worst) worst = err;
+  }
+  mpfr_clears(x, t, p, y, d, (mpfr_ptr)0);
+  return worst;
+}
+
+}  // namespace
+
+int main() {
+  open_file(
+      "// Constant tables of the sinh, cosh and tanh families. Generated by\n"
+      "// tools/tablegen_hyperbolic.cpp (MPFR, 256 bits, each entry rounded once to nearest);\n"
+      "// do not edit. Regenerate with\n"
+      "//   ninja -C build tablegen_hyperbolic && build/tools/tablegen_hyperbolic > src/tables/hyperbolic.h\n"
+      "// Entries are IEEE bit patterns.\n",
+      "hyperbolic_tables");
+
+  // cosh: T[i] = RN(2^(i/256) / 2), i = 0..256.
+  uint64_t ct[257];
+  for (int i = 0; i <= 256; ++i) ct[i] = bits64(half_pow2(i, 256));
+  expect("cosh T[0]", from_bits(ct[0]), "0.5");
+  expect("cosh T[1]", from_bits(ct[1]), "0.50135563752510126");
+  expect("cosh T[2]", from_bits(ct[2]), "0.50271495055640136");
+  expect("cosh T[256]", from_bits(ct[256]), "1");
+  std::printf(
+      "// cosh (double): T[i] = RN(2^(i/256) / 2), i = 0..256; T[j] and T[256 - j] scaled by\n"
+      "// 2^k on their exponent fields are 2^(j/256 + k) / 2 and 2^(1 - j/256 - k) / 2.\n");
+  print_table64("alignas(64) inline constexpr uint64_t kCosh257[257]", ct, 257);
+
+  // sinh: pairs (A_j, B_j) = (RN(sinh(j ln2/128)), RN(2^(-j/128) / 2)), j = 0..127.
+  uint64_t st[256];
+  for (int j = 0; j < 128; ++j) {
+    mpfr_t v;
+    mpfr_init2(v, kPrec);
+    mpfr_const_log2(v, MPFR_RNDN);
+    mpfr_mul_si(v, v, j, MPFR_RNDN);
+    mpfr_div_ui(v, v, 128, MPFR_RNDN);
+    mpfr_sinh(v, v, MPFR_RNDN);
+    st[2 * j] = bits64(mpfr_get_d(v, MPFR_RNDN));
+    st[2 * j + 1] = bits64(half_pow2(-j, 128));
+    mpfr_clear(v);
+  }
+  expect("sinh A_0", from_bits(st[0]), "0");
+  expect("sinh B_0", from_bits(st[1]), "0.5");
+  expect("sinh A_1", from_bits(st[2]), "0.0054152388145848225");
+  expect("sinh B_1", from_bits(st[3]), "0.49729971174181659");
+  expect("sinh A_2", from_bits(st[4]), "0.010830636428862488");
+  expect("sinh B_2", from_bits(st[5]), "0.49461400659698773");
+  std::printf(
+      "// sinh (double): pairs (A_j, B_j), j = 0..127, 16 bytes a pair:\n"
+      "//   A_j = RN(sinh(j ln2/128)) = RN(2^(j/128)/2 - 2^(-j/128)/2),  B_j = RN(2^(-j/128) / 2).\n");
+  print_table64("alignas(64) inline constexpr uint64_t kSinh128[256]", st, 256);
+
+  // tanh: 60 entries of 16 doubles (c0..c10, shift, 4 unused).
+  static double tt[kEntries][kStride] = {};
+  // Entry 0, |x| < 0.125: the fixed polynomial with shift 0.
+  const char* e0[kDegree + 1] = {"0",
+                                 "1",
+                                 "-2.2641324065961031e-14",
+                                 "-0.33333333332733495",
+                                 "-6.1657913857114935e-10",
+                                 "0.13333336553530611",
+                                 "-9.6680215638798597e-07",
+                                 "-0.053950559160515929",
+                                 "-0.00020089404395508289",
+                                 "0.023253339490596985",
+                                 "-0.0053200028115862903"};
+  for (int q = 0; q <= kDegree; ++q) tt[0][q] = std::strtod(e0[q], nullptr);
+  for (int i = 1; i < kEntries - 1; ++i) fit_entry(i, tt[i]);
+  tt[kEntries - 1][0] = 1.0;  // |x| >= 20: tanh rounds to 1
+  expect("tanh entry 1 shift", tt[1][kDegree + 1], "-0.1328125");
+  expect("tanh entry 1 c0", tt[1][0], "0.13203707039220292");
+  expect("tanh entry 1 c1", tt[1][1], "0.98256621204224448");
+  expect("tanh entry 1 c2", tt[1][2], "-0.12973516410442201");
+
+  // The fit error of every interval (coefficients exact, no evaluation
+  // rounding): the rounding of c0 alone is up to 0.5 ulp; the budget of 1 ulp
+  // leaves the evaluation most of the family's bound (5 ulp).
+  double worst[kEntries] = {};
+  for (int i = 0; i < kEntries; ++i) {
+    const double lo = i == 0 ? 0x1p-20 : word_value(kFirstWord + i * kWordStep);
+    const double hi = i == 0 ? 0.125 : i == kEntries - 1 ? 40.0 : word_value(kFirstWord + (i + 1) * kWordStep);
+    worst[i] = fit_error_ulp(tt[i], lo, hi);
+    constexpr double kBudget = 1.0;
+    if (i > 0 && worst[i] > kBudget) {
+      std::fprintf(stderr, "tanh entry %d: fit error %.3g ulp above %.3g\n", i, worst[i], kBudget);
+      ++g_failures;
+    }
+  }
+  std::printf(
+      "// tanh (double): 60 entries of 16 doubles, (c0, c1, ..., c10, shift, 0, 0, 0, 0): on its\n"
+      "// interval tanh|x| ~ c0 + t (c1 + t (c2 + ... + t c10)), t = |x| + shift. Entry 0 serves\n"
+      "// |x| < 0.125 (shift 0); entry i in 1..58 the |x| whose upper word masked with 0x7ffe0000 is\n"
+      "// 0x3fbe0000 + i 0x20000 (an eighth of a binade), shift = minus its centre c, c0..c2 the\n"
+      "// Taylor terms tanh c, 1 - tanh^2 c, -tanh c (1 - tanh^2 c) rounded, c3..c10 the\n"
+      "// interpolant of the rest at 8 Chebyshev nodes; entry 59 (|x| >= 20) the constant 1.\n"
+      "// Fit error (exact arithmetic on the double coefficients, 4097 points an interval):\n"
+      "// entry 0 %.3f ulp; entries 1-58 at most %.3f ulp.\n",
+      worst[0], [&] {
+        double m = 0;
+        for (int i = 1; i < kEntries - 1; ++i) m = worst[i] > m ? worst[i] : m;
+        return m;
+      }());
+  uint64_t tb[kEntries * kStride];
+  for (int i = 0; i < kEntries; ++i)
+    for (int q = 0; q < kStride; ++q) tb[i * kStride + q] = bits64(tt[i][q]);
+  print_table64("alignas(64) inline constexpr uint64_t kTanh60[960]", tb, kEntries * kStride);
+
+  close_file("hyperbolic_tables");
+  return g_failures ? 1 : 0;
+}
