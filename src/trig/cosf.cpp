@@ -35,13 +35,7 @@ struct Cosf {
   template <int L> static RAVL_INLINE Vec<float, L> full(Vec<float, L> x) {
     return trigf::eval_node(trigf_tables::kCosfNodes, trigf::reduce<true>(x));
   }
-  static int scalar(const float* xp, float* rp) {
-    const double x = *xp;
-    int status;
-    if (trigf::scalar_special(x, 1.0f, rp, &status)) return status;
-    *rp = full<4>(F32x4(*xp))[0];  // not reached from the vector path
-    return kStatusOk;
-  }
+  static int scalar(const float* x, float* r) { return trigf::scalar_lane<trigd::cos_finite>(x, r, trigd::Fn::kEven); }
 };
 
 // The reduced argument of the cosine form: y = |x| + pi/2, N = round(y/pi)

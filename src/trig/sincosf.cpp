@@ -49,7 +49,6 @@ inline constexpr Rows kRows{};
 // and the sign bit sx of x.
 template <class V> RAVL_INLINE Two<V, V> kernels(V r, UIntOf<V> q, UIntOf<V> sx, const Rows& c) {
   using U = UIntOf<V>;
-  using I = SIntOf<V>;
   const V r2 = r * r;
   V s = fma(r2, get<V>(c.s3), get<V>(c.s2));
   s = fma(s, r2, get<V>(c.s1));
@@ -59,9 +58,8 @@ template <class V> RAVL_INLINE Two<V, V> kernels(V r, UIntOf<V> q, UIntOf<V> sx,
   k = fma(k, r2, get<V>(c.k1));
   k = fma(k, r2, get<V>(c.one));
   const U b0 = q << 31, b1 = q << 30;
-  const auto odd = bitcast<I>(b0) < I(0);
-  const U sin_sign = (b1 ^ sx) & get<U>(c.sign), cos_sign = (b0 ^ b1) & get<U>(c.sign);
-  return {as_float<V>(as_uint(select(odd, k, s)) ^ sin_sign), as_float<V>(as_uint(select(odd, s, k)) ^ cos_sign)};
+  const U sin_sign = (b1 & get<U>(c.sign)) ^ sx, cos_sign = (b0 ^ b1) & get<U>(c.sign);
+  return {as_float<V>(as_uint(select_sign(b0, s, k)) ^ sin_sign), as_float<V>(as_uint(select_sign(b0, k, s)) ^ cos_sign)};
 }
 
 // ---- large arguments ---------------------------------------------------------------
@@ -125,7 +123,7 @@ template <class Sig> struct SincosfKernel : frame::Kernel {
     V r = fma(n, get<V>(c.mh1), a);
     r = fma(n, get<V>(c.h2), r);
     r = fma(n, get<V>(c.h3), r);
-    return kernels(r, as_uint(t), as_uint(x) & get<U>(c.sign), c);
+    return kernels(r, as_uint(t), as_uint(x) ^ as_uint(a), c);
   }
   // |x| >= 2^19, infinities and NaN (one integer compare of the bits of |x|).
   template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Two<Vec<float, L>, Vec<float, L>>) {
@@ -139,10 +137,11 @@ template <class Sig> struct SincosfKernel : frame::Kernel {
     using V = Vec<float, L>;
     using U = Vec<uint32_t, L>;
     const Rows& c = rows(kRows);
+    const V a = as_float<V>(as_uint(x) & get<U>(c.abs));
     V r;
     U q;
-    large(as_float<V>(as_uint(x) & get<U>(c.abs)), r, q);
-    const Two<V, V> big = kernels(r, q, as_uint(x) & get<U>(c.sign), c);
+    large(a, r, q);
+    const Two<V, V> big = kernels(r, q, as_uint(x) ^ as_uint(a), c);
     out.first = select(flagged, big.first, out.first);
     out.second = select(flagged, big.second, out.second);
     return Mask<float, L>(0);

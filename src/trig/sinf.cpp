@@ -35,22 +35,18 @@ struct Sinf {
     const V y = trigf::eval_node(trigf_tables::kSinfNodes, trigf::reduce<false>(x));
     return as_float<V>(as_uint(y) ^ sign_bit(x));
   }
-  static int scalar(const float* xp, float* rp) {
-    const double x = *xp;
-    int status;
-    if (trigf::scalar_special(x, *xp, rp, &status)) return status;
-    *rp = full<4>(F32x4(*xp))[0];  // not reached from the vector path
-    return kStatusOk;
-  }
+  static int scalar(const float* x, float* r) { return trigf::scalar_lane<trigd::sin_finite>(x, r, trigd::Fn::kOdd); }
 };
 
 // r = |x| - N pi with N = round(|x|/pi) by the shifter, the first two or all
 // three pieces of pi subtracted by fused steps (the stored pieces two and
 // three are negative, so the steps add their magnitudes); the sign of r is
-// flipped for odd N (the lowest bit of t moved to the sign position).
-template <bool kThree, class V, class C> RAVL_INLINE V reduce_fast(V x, const C& c) {
+// flipped for odd N (the lowest bit of t moved to the sign position); sx is
+// the sign bit of x.
+template <bool kThree, class V, class C> RAVL_INLINE V reduce_fast(V x, const C& c, UIntOf<V>& sx) {
   using U = UIntOf<V>;
   const V a = as_float<V>(as_uint(x) & get<U>(c.abs));
+  sx = as_uint(x) ^ as_uint(a);
   const V t = fma(a, get<V>(c.inv_pi), get<V>(c.shift));
   const V n = t - get<V>(c.shift);
   V r = fnma(n, get<V>(c.pi1), a);
@@ -76,11 +72,12 @@ struct SinfFull : trigf::FullRangeKernel<Sinf, kFullRows> {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
     const FullRows& c = rows(kFullRows);
-    const V r = reduce_fast<true>(x, c);
+    UIntOf<V> sx;
+    const V r = reduce_fast<true>(x, c, sx);
     const V r2 = r * r;
     const V p = fma(fma(fma(get<V>(c.e4), r2, get<V>(c.e3)), r2, get<V>(c.e2)), r2, get<V>(c.e1));
     const V y = fma(p * r2, r, r);
-    return as_float<V>(as_uint(y) ^ sign_bit(x));
+    return as_float<V>(as_uint(y) ^ sx);
   }
 };
 
@@ -100,11 +97,12 @@ struct SinfFast : trigf::FullRangeKernel<Sinf, kFastRows> {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
     using V = Vec<float, L>;
     const FastRows& c = rows(kFastRows);
-    const V r = reduce_fast<false>(x, c);
+    UIntOf<V> sx;
+    const V r = reduce_fast<false>(x, c, sx);
     const V r2 = r * r;
     const V p = fma(get<V>(c.a5), r2, get<V>(c.a3));
     const V y = fma(p * r2, r, r * get<V>(c.a1));
-    return as_float<V>(as_uint(y) ^ sign_bit(x));
+    return as_float<V>(as_uint(y) ^ sx);
   }
 };
 

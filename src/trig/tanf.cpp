@@ -89,13 +89,7 @@ template <int L> RAVL_INLINE Vec<float, L> tan_full(Vec<float, L> x) {
 // The full-range value and the scalar routine, shared by every class.
 struct Tanf {
   template <int L> static RAVL_INLINE Vec<float, L> full(Vec<float, L> x) { return tan_full(x); }
-  static int scalar(const float* xp, float* rp) {
-    const double x = *xp;
-    int status;
-    if (trigf::scalar_special(x, *xp, rp, &status)) return status;
-    *rp = full<4>(F32x4(*xp))[0];  // not reached from the vector path
-    return kStatusOk;
-  }
+  static int scalar(const float* x, float* r) { return trigf::scalar_lane<trigd::tan_finite>(x, r, trigd::Fn::kOdd); }
 };
 
 // The fast reduction and the two polynomials: r = |x| - N pi/2 with the
@@ -104,7 +98,6 @@ struct Tanf {
 // quotient (swapped for odd N) and its sign bits (odd N, the sign of x).
 template <bool kThree, class V, class C> RAVL_INLINE void reduce_fast(V x, const C& c, V& num, V& den, UIntOf<V>& sign) {
   using U = UIntOf<V>;
-  using I = SIntOf<V>;
   const V a = as_float<V>(as_uint(x) & get<U>(c.abs));
   const V t = fma(a, get<V>(c.two_over_pi), get<V>(c.shift));
   const V n = t - get<V>(c.shift);
@@ -115,9 +108,9 @@ template <bool kThree, class V, class C> RAVL_INLINE void reduce_fast(V x, const
   const V nr = r * fma(r2, get<V>(c.n1), get<V>(c.n0));
   const V dr = fma(fma(r2, get<V>(c.d2), get<V>(c.d1)), r2, get<V>(c.n0));
   const U odd = as_uint(t) << 31;
-  num = select(bitcast<I>(odd) < I(0), dr, nr);
-  den = select(bitcast<I>(odd) < I(0), nr, dr);
-  sign = odd ^ (as_uint(x) & ~get<U>(c.abs));
+  num = select_sign(odd, nr, dr);
+  den = select_sign(odd, dr, nr);
+  sign = odd ^ as_uint(x) ^ as_uint(a);
 }
 
 // ---- plain class ------------------------------------------------------------------

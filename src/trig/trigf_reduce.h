@@ -1,8 +1,8 @@
 // What the single sine, cosine and tangent families (sinf.cpp, cosf.cpp,
 // tanf.cpp) share: the full-range argument reduction of the vector path, the
 // evaluation of sine and cosine at its node grid, the kernel base that runs
-// the reduction in the inline pass, and the steps of the special-lane
-// routines.
+// the reduction in the inline pass, and the special-lane routine (on the
+// double scalar routines of trig/trigd_reduce.h).
 //
 // Full-range reduction. For x = m 2^(e - 150) (m the 24-bit integer
 // significand, e the biased exponent), m W(e) mod 2^96 is the fraction of
@@ -25,6 +25,7 @@
 
 #include "frame/entry.h"
 #include "tables/trigf.h"
+#include "trig/trigd_reduce.h"
 
 namespace ravl {
 namespace trigf {
@@ -208,27 +209,18 @@ template <class F, const auto& kRows> struct FullRangeKernel : frame::Kernel {
 
 // ---- the special-lane routines -------------------------------------------------------
 
-// The steps the routines of sinf, cosf and tanf share, on x widened to
-// double: an infinity gives NaN (x * 0, status 1), a NaN gives x * x (quiet,
-// status 0) and a zero `at_zero` (x itself; 1 for the cosine). Returns false,
-// storing nothing, for any other x. (The tiny forms for 0 < |x| < 2^-252 of
-// the double routines never apply to a widened single.)
-RAVL_INLINE bool scalar_special(double x, float at_zero, float* rp, int* status) {
-  *status = kStatusOk;
-  if ((bits_of(x) >> 52 & 2047) == 2047) {
-    if (x != x) {
-      *rp = (float)(x * x);
-    } else {
-      *rp = (float)(x * 0.0);
-      *status = kStatusDomain;
-    }
-    return true;
-  }
-  if (x == 0) {
-    *rp = at_zero;
-    return true;
-  }
-  return false;
+// The special-lane routine of sinf, cosf or tanf: x widened to double, the
+// rows of the double routines that need no reduction (infinities -> NaN as
+// x * 0 with status 1, NaN -> x * x, zeros -> x, or 1 for the even cosine),
+// else the double scalar sine, cosine or tangent (Finite), rounded once to
+// single.
+template <double (*Finite)(double)> RAVL_INLINE int scalar_lane(const float* xp, float* rp, trigd::Fn fn) {
+  const double x = *xp;
+  double r;
+  int status;
+  if (!trigd::edge_row(x, fn, &r, &status)) r = Finite(x);
+  *rp = (float)r;
+  return status;
 }
 
 }  // namespace trigf
