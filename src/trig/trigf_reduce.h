@@ -164,8 +164,8 @@ template <int L> RAVL_INLINE Vec<float, L> eval_node(const uint32_t* nodes, cons
   const V y = fma(d1, r, u);
   const V e1 = fma(r, d0, vhi - u);
   const V e2 = fma(d1, r, u - y);
-  const V ps = r2 * fma(r2, V(kS5), V(kS3));
-  const V pc = r2 * fma(r2, V(kC4), V(kC2));
+  const V ps = r2 * (V(kS3) + r2 * V(kS5));
+  const V pc = r2 * (V(kC2) + r2 * V(kC4));
   const V dsum = d0 + d1;
   const V qd = fnma(r, vhi, dsum);
   const V z = fma(pc, vhi, fma(ps * r, dsum, e1 + e2));
