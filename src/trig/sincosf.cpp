@@ -24,7 +24,7 @@ namespace sincosf_detail {
 constexpr uint32_t kLargeBits = 0x48ffffffu;
 
 struct Rows {
-  Row<uint32_t> abs = row(0x7fffffffu), large = row(kLargeBits), sign = row(0x80000000u);
+  Row<uint32_t> abs = row(0x7fffffffu), large = row(kLargeBits);
   Row<float> two_over_pi = row(f32_bits(0x3f22f983u)),  // 2/pi = 0.636619747
       shift = row(f32_bits(0x4b400000u)),               // 1.5 2^23: rounds |t| < 2^22 to an integer in the low bits
       // -pi/2 = -1.57079637 (0xbfc90fdb) - 4.37113883e-08 (0x333bbd2e)
@@ -57,9 +57,10 @@ template <class V> RAVL_INLINE Two<V, V> kernels(V r, UIntOf<V> q, UIntOf<V> sx,
   V k = fma(r2, get<V>(c.k3), get<V>(c.k2));
   k = fma(k, r2, get<V>(c.k1));
   k = fma(k, r2, get<V>(c.one));
-  const U b0 = q << 31, b1 = q << 30;
-  const U sin_sign = (b1 & get<U>(c.sign)) ^ sx, cos_sign = (b0 ^ b1) & get<U>(c.sign);
-  return {as_float<V>(as_uint(select_sign(b0, s, k)) ^ sin_sign), as_float<V>(as_uint(select_sign(b0, k, s)) ^ cos_sign)};
+  // Bits 0 and 1 of q, and their exclusive or, moved to the sign position.
+  const U q1 = q >> 1;
+  const U b0 = q << 31, b1 = q1 << 31, b01 = (q ^ q1) << 31;
+  return {as_float<V>(as_uint(select_sign(b0, s, k)) ^ b1 ^ sx), as_float<V>(as_uint(select_sign(b0, k, s)) ^ b01)};
 }
 
 // ---- large arguments ---------------------------------------------------------------

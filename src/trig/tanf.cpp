@@ -30,7 +30,8 @@ constexpr float kShift = f32_bits(0x4b400000u);      // 1.5 2^23: rounds |t| < 2
 constexpr float kH1 = f32_bits(0x3fc90fdbu);
 constexpr float kH2 = f32_bits(0xb33bbd2eu);
 constexpr float kH3 = f32_bits(0xa6f72cedu);
-// tan r ~ n/d on |r| <= pi/4: n = r (n0 + n1 r^2), d = n0 + d1 r^2 + d2 r^4.
+// tan r ~ n/d on |r| <= pi/4: n = r (n0 + n1 r^2), d = n0 + d1 r^2 + d2 r^4
+// (the leading value in a row of each: each is then read as an operand).
 constexpr float kN0 = f32_bits(0x3f7ffffcu);  // 0.999999762
 constexpr float kN1 = f32_bits(0xbdc433b4u);  // -0.0958017409
 constexpr float kD1 = f32_bits(0xbedbb7abu);  // -0.42913565
@@ -99,6 +100,7 @@ struct Tanf {
 template <bool kThree, class V, class C> RAVL_INLINE void reduce_fast(V x, const C& c, V& num, V& den, UIntOf<V>& sign) {
   using U = UIntOf<V>;
   const V a = as_float<V>(as_uint(x) & get<U>(c.abs));
+  const U sx = as_uint(x) ^ as_uint(a);
   const V t = fma(a, get<V>(c.two_over_pi), get<V>(c.shift));
   const V n = t - get<V>(c.shift);
   V r = fnma(n, get<V>(c.h1), a);
@@ -106,17 +108,17 @@ template <bool kThree, class V, class C> RAVL_INLINE void reduce_fast(V x, const
   if constexpr (kThree) r = fnma(n, get<V>(c.h3), r);
   const V r2 = r * r;
   const V nr = r * fma(r2, get<V>(c.n1), get<V>(c.n0));
-  const V dr = fma(fma(r2, get<V>(c.d2), get<V>(c.d1)), r2, get<V>(c.n0));
+  const V dr = fma(fma(r2, get<V>(c.d2), get<V>(c.d1)), r2, get<V>(c.d0));
   const U odd = as_uint(t) << 31;
   num = select_sign(odd, nr, dr);
   den = select_sign(odd, dr, nr);
-  sign = odd ^ as_uint(x) ^ as_uint(a);
+  sign = odd ^ sx;
 }
 
 // ---- plain class ------------------------------------------------------------------
 struct FullRows : trigf::BoundRows<kBoundBits> {
   Row<float> two_over_pi = row(kTwoOverPi), shift = row(kShift), h1 = row(kH1), h2 = row(kH2), h3 = row(kH3),
-             n0 = row(kN0), n1 = row(kN1), d1 = row(kD1), d2 = row(kD2);
+             n0 = row(kN0), n1 = row(kN1), d0 = row(kN0), d1 = row(kD1), d2 = row(kD2);
 };
 inline constexpr FullRows kFullRows{};
 
@@ -137,7 +139,7 @@ struct TanfFull : trigf::FullRangeKernel<Tanf, kFullRows> {
 // hardware reciprocal estimate of den.
 struct FastRows : trigf::BoundRows<kBoundBits> {
   Row<float> two_over_pi = row(kTwoOverPi), shift = row(kShift), h1 = row(kH1), h2 = row(kH2), n0 = row(kN0),
-             n1 = row(kN1), d1 = row(kD1), d2 = row(kD2), two = row(2.0f);
+             n1 = row(kN1), d0 = row(kN0), d1 = row(kD1), d2 = row(kD2), two = row(2.0f);
 };
 inline constexpr FastRows kFastRows{};
 
