@@ -55,7 +55,7 @@ typedef uint64_t ocl_ravl_ulong8 __attribute__((ext_vector_type(8)));
 typedef uint64_t ocl_ravl_ulong16 __attribute__((ext_vector_type(16)));
 typedef uint64_t ocl_ravl_ulong32 __attribute__((ext_vector_type(32)));
 
-#define OCL_RAVL_EXPORT_COUNT 1998
+#define OCL_RAVL_EXPORT_COUNT 2100
 
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_ceil1(double a0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_ceil2(ocl_ravl_double2 a0);
@@ -1385,6 +1385,24 @@ OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincosreg3_native(ocl_ra
 OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincosreg4_native(ocl_ravl_double4 a0);
 OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_sincosreg8_native(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
 OCL_RAVL_API void* __ocl_ravl_l9_sincosreg16_native(void* result, const void* arg0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf1(float a0);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf2(ocl_ravl_float4 a0);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf3(ocl_ravl_float4 a0);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf4(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_sincosregf8(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float32 OCL_RAVL_CC __ocl_ravl_l9_sincosregf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf1_native(float a0);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf2_native(ocl_ravl_float4 a0);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf3_native(ocl_ravl_float4 a0);
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf4_native(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_sincosregf8_native(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float32 OCL_RAVL_CC __ocl_ravl_l9_sincosregf16_native(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_sinh1(double a0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sinh2(ocl_ravl_double2 a0);
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sinh3(ocl_ravl_double4 a0);
@@ -1457,6 +1475,30 @@ OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_cos3_rm(ocl_ravl_double4
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_cos4_rm(ocl_ravl_double4 a0);
 OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_cos8_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
 OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_cos16_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_cosf1(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf2(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf3(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf4(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_cosf8(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_cosf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_cosf1_native(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf2_native(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf3_native(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf4_native(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_cosf8_native(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_cosf16_native(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_cosf1_half(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf2_half(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf3_half(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf4_half(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_cosf8_half(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_cosf16_half(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_cosf1_rm(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf2_rm(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf3_rm(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_cosf4_rm(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_cosf8_rm(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_cosf16_rm(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_div1(double a0, double a1);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_div2(ocl_ravl_double2 a0, ocl_ravl_double2 a1);
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_div3(ocl_ravl_double4 a0, ocl_ravl_double4 a1);
@@ -1817,6 +1859,30 @@ OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sin3_rm(ocl_ravl_double4
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sin4_rm(ocl_ravl_double4 a0);
 OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sin8_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
 OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_sin16_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_sinf1(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf2(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf3(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf4(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_sinf8(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_sinf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_sinf1_native(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf2_native(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf3_native(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf4_native(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_sinf8_native(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_sinf16_native(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_sinf1_half(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf2_half(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf3_half(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf4_half(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_sinf8_half(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_sinf16_half(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_sinf1_rm(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf2_rm(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf3_rm(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sinf4_rm(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_sinf8_rm(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_sinf16_rm(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_tan1(double a0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_tan2(ocl_ravl_double2 a0);
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tan3(ocl_ravl_double4 a0);
@@ -1841,6 +1907,30 @@ OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tan3_rm(ocl_ravl_double4
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tan4_rm(ocl_ravl_double4 a0);
 OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_tan8_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
 OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_tan16_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_tanf1(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf2(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf3(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf4(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_tanf8(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_tanf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_tanf1_native(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf2_native(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf3_native(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf4_native(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_tanf8_native(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_tanf16_native(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_tanf1_half(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf2_half(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf3_half(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf4_half(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_tanf8_half(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_tanf16_half(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_tanf1_rm(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf2_rm(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf3_rm(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tanf4_rm(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_tanf8_rm(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_tanf16_rm(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_log101(double a0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_log102(ocl_ravl_double2 a0);
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_log103(ocl_ravl_double4 a0);
@@ -2039,6 +2129,24 @@ OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sincos3_rm(ocl_ravl_doub
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_sincos4_rm(ocl_ravl_double4 a0, double* out);
 OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincos8_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, double* out);
 OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_sincos16_rm(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3, double* out);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_sincosf1(float a0, float* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosf2(ocl_ravl_float4 a0, float* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosf3(ocl_ravl_float4 a0, float* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosf4(ocl_ravl_float4 a0, float* out);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_sincosf8(ocl_ravl_float8 a0, float* out);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_sincosf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1, float* out);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_sincosf1_native(float a0, float* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosf2_native(ocl_ravl_float4 a0, float* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosf3_native(ocl_ravl_float4 a0, float* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosf4_native(ocl_ravl_float4 a0, float* out);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_sincosf8_native(ocl_ravl_float8 a0, float* out);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_sincosf16_native(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1, float* out);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_sincosf1_rm(float a0, float* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosf2_rm(ocl_ravl_float4 a0, float* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosf3_rm(ocl_ravl_float4 a0, float* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosf4_rm(ocl_ravl_float4 a0, float* out);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_sincosf8_rm(ocl_ravl_float8 a0, float* out);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_sincosf16_rm(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1, float* out);
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_fma1(double a0, double a1, double a2);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_fma2(ocl_ravl_double2 a0, ocl_ravl_double2 a1, ocl_ravl_double2 a2);
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_fma3(ocl_ravl_double4 a0, ocl_ravl_double4 a1, ocl_ravl_double4 a2);

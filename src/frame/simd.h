@@ -137,6 +137,21 @@ RAVL_INLINE V select(M m, V a, V b) {
   U mm = bitcast<U>(m);
   return bitcast<V>((as_uint(a) & mm) | (as_uint(b) & ~mm));
 }
+// b in the lanes where the sign bit of m is set, a elsewhere (vblendvps,
+// vblendvpd: one instruction that reads only the sign bits, so m may be any
+// value whose sign bit is the condition, such as a bit shifted to the top).
+RAVL_INLINE F32x4 select_sign(U32x4 m, F32x4 a, F32x4 b) {
+  return (F32x4)_mm_blendv_ps((__m128)a, (__m128)b, (__m128)m);
+}
+RAVL_INLINE F32x8 select_sign(U32x8 m, F32x8 a, F32x8 b) {
+  return (F32x8)_mm256_blendv_ps((__m256)a, (__m256)b, (__m256)m);
+}
+RAVL_INLINE F64x2 select_sign(Vec<uint64_t, 2> m, F64x2 a, F64x2 b) {
+  return (F64x2)_mm_blendv_pd((__m128d)a, (__m128d)b, (__m128d)m);
+}
+RAVL_INLINE F64x4 select_sign(U64x4 m, F64x4 a, F64x4 b) {
+  return (F64x4)_mm256_blendv_pd((__m256d)a, (__m256d)b, (__m256d)m);
+}
 template <class V> RAVL_INLINE V abs(V x) {
   return as_float<V>(as_uint(x) & ~(UIntOf<V>(1) << (sizeof(LaneOf<V>) * 8 - 1)));
 }
