@@ -32,11 +32,10 @@ const std::map<std::string, MpfrFn> kMpfr = {
        mpfr_set_inf(r, mpfr_signbit(x) ? -1 : 1);
        return 0;
      }},
-    {"rcbrt", [](mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t rnd) { return mpfr_rootn_si(r, x, -3, rnd); }}};
-    {"sincosreg", mpfr_sin}, {"acos", mpfr_acos},   {"asin", mpfr_asin},   {"acospi", mpfr_acospi},
-    {"asinpi", mpfr_asinpi}};
-    {"sincosreg", mpfr_sin}, {"atan", mpfr_atan},     {"atanpi", mpfr_atanpi}};
-    {"sincosreg", mpfr_sin}, {"sinh", mpfr_sinh},  {"cosh", mpfr_cosh},  {"tanh", mpfr_tanh},
+    {"rcbrt", [](mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t rnd) { return mpfr_rootn_si(r, x, -3, rnd); }},
+    {"acos", mpfr_acos},   {"asin", mpfr_asin},   {"acospi", mpfr_acospi}, {"asinpi", mpfr_asinpi},
+    {"atan", mpfr_atan},   {"atanpi", mpfr_atanpi},
+    {"sinh", mpfr_sinh},   {"cosh", mpfr_cosh},   {"tanh", mpfr_tanh},
     {"asinh", mpfr_asinh}, {"acosh", mpfr_acosh}, {"atanh", mpfr_atanh}};
 // OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
 // indeterminate 0^0, inf^0 and 1^inf.
@@ -203,15 +202,16 @@ const struct {
     {"tanh", "fast", 221},      // 220.0 (expm1's fast kernel near 2|x| = ln2/256)
     {"tanhf", "full", 0.501},   // 0.500
     {"tanhf", "fast", 0.501},   // 0.500
-};
-
-bool normal_only_bound(const std::string& family, const std::string& algorithm) {
-  for (const auto& b : kBounds)
-    if (family == b.family && algorithm == b.algorithm) return b.normal_only;
-  return false;
-}
-
-enum Sampling { kUniform, kBitPatterns, kEvery };
+    // The single trigonometric families (3.3e5 inputs per range).
+    {"sinf", "full", 2.4},        // 2.171 (the degree-9 kernel near |r| = pi/2)
+    {"sinf", "fast", 2600},       // 2524 (leading coefficient 0.999885321)
+    {"cosf", "full", 2.5},        // 2.348
+    {"cosf", "fast", 2600},       // 2535
+    {"tanf", "full", 3.3},        // 3.132
+    {"tanf", "fast", 16},         // 14.76 (the refined reciprocal instead of a division)
+    {"sincosf", "full", 2.2},     // 2.111 sine, 2.075 cosine
+    {"sincosregf", "full", 2.2},  // the bits of sincosf
+    {"sincosregf", "fast", 2.2},  // the same code
     // The powers (about 1.7e5 inputs per double range, 3.4e5 per single
     // one; the plain double paths' flagged lanes: the accurate routine, 0.51).
     {"pow", "full", 1.1},        // 1.015 (2^(j/256) rounded to double, no low part)
@@ -231,6 +231,13 @@ enum Sampling { kUniform, kBitPatterns, kEvery };
     {"rootnf", "full", 0.76},    // 0.7396
     {"rootnf", "fast", 50},      // 44.0
 };
+
+bool normal_only_bound(const std::string& family, const std::string& algorithm) {
+  for (const auto& b : kBounds)
+    if (family == b.family && algorithm == b.algorithm) return b.normal_only;
+  return false;
+}
+
 
 enum Sampling { kUniform, kBitPatterns, kEvery, kIntegers };  // kIntegers: a floating y that is an integer
 struct Range {
@@ -296,6 +303,23 @@ const Range kRanges[] = {
     // The trigonometric families: the fast path, the thresholds (tan 128000,
     // sincos 2^23) and the full-range path above them up to DBL_MAX; the
     // neighbours of odd multiples of pi/2 come from the special-value table.
+    // The single trigonometric families: the fast reduction's range, the
+    // thresholds (sinf/cosf 10000, tanf 8256, sincosf 2^19) and the
+    // full-range path above them, the small arguments.
+    {"sinf", "fast", -10000, 10000},
+    {"sinf", "huge", 10000, kFMax, kBitPatterns},
+    {"sinf", "small", 0x1p-30, 1, kBitPatterns},
+    {"cosf", "fast", -10000, 10000},
+    {"cosf", "huge", 10000, kFMax, kBitPatterns},
+    {"cosf", "small", 0x1p-30, 1, kBitPatterns},
+    {"tanf", "fast", -8256, 8256},
+    {"tanf", "huge", 8256, kFMax, kBitPatterns},
+    {"tanf", "small", 0x1p-30, 1, kBitPatterns},
+    {"sincosf", "fast", -524288, 524288},
+    {"sincosf", "huge", 524288, kFMax, kBitPatterns},
+    {"sincosf", "small", 0x1p-30, 1, kBitPatterns},
+    {"sincosregf", "fast", -524288, 524288},
+    {"sincosregf", "huge", 524288, kFMax, kBitPatterns},
     {"tan", "moderate", -10, 10},
     {"tan", "fast", -128000, 128000},
     {"tan", "threshold", 127000, 129000},
@@ -373,6 +397,7 @@ std::vector<Range> ranges() {
     if (odd) v.push_back({f, "wide_negative", single ? -kFMin : -kDMin, single ? -kFMax : -kDMax, kBitPatterns});
     v.push_back({f, "near1", 0.5, 8.0});
     v.push_back({f, "denormal", single ? 0x1p-149 : 0x1p-1074, single ? 0x1p-126 : kDMin, kBitPatterns});
+  }
   // The powers: moderate arguments; every binade of x with small |y| (and
   // rootn with any n); x near 1 with large |y|; results across the overflow
   // and underflow bounds; negative x with integer y.
@@ -387,6 +412,7 @@ std::vector<Range> ranges() {
     v.push_back({f, "edges", 2, 4, kUniform, 0, -top * 0.72, top * 0.68});
     if (root) v.push_back({f, "negative", -mn, -mx, kBitPatterns, 0, -25, 25});
     else if (!powr) v.push_back({f, "negative", -4, -0.25, kUniform, 0, -top / 2, top / 2, whole});
+  }
   // The arc sines and cosines: the whole domain, both sides of the fold at
   // |x| = 1/2, near +-1 (the square root of 1 - |x|), small |x| by bit
   // pattern (and the denormals for the odd families, whose result is ~x).
@@ -511,9 +537,10 @@ template <class T> void check(const Row& row) {
     }
     const T got = from_bits<T>(out[at]);
     const double y_at = yv.empty() ? 0 : yv[at];
-    std::printf("%s result %d: max %.4g ulp over %zu inputs, worst x = %a%s%a (got %a, want %a)\n", name.c_str(), k,
-                worst, in.size(), (double)in[at], yv.empty() ? "" : ", y = ", y_at, (double)got,
-                (double)ref.correct(in[at], y_at));
+    char ytext[48] = "";
+    if (!yv.empty()) std::snprintf(ytext, sizeof ytext, ", y = %a", y_at);
+    std::printf("%s result %d: max %.4g ulp over %zu inputs, worst x = %a%s (got %a, want %a)\n", name.c_str(), k,
+                worst, in.size(), (double)in[at], ytext, (double)got, (double)ref.correct(in[at], y_at));
     EXPECT_LE(worst, row.bound) << name << " result " << k << " at x = " << hex(in[at]) << ", y = " << y_at
                                 << ": got " << hex(got);
   }

@@ -81,6 +81,14 @@ const Row kRows[] = {
     // their bits on the fast path; the threshold 128000 and the next double
     // (the full-range path); the doubles nearest odd multiples of pi/2, on both
     // sides of the threshold (the accuracy suite adds 64 neighbours each side).
+    // The single trigonometric families: the scalar routines' rows, the
+    // thresholds and the next float above, the largest float.
+    {"sinf,tanf", {NAN, NAN, INF, NAN, -INF, NAN, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, -0x1p-149, -0x1p-149}},
+    {"sinf,cosf", {10000, ACC, 10000.001, ACC, -10000.001, ACC, 3.4028235e38, ACC, -3.4028235e38, ACC}},
+    {"cosf", {NAN, NAN, INF, NAN, -INF, NAN, 0, 1, -0.0, 1, 0x1p-149, 1}},
+    {"tanf", {8256, ACC, 8256.001, ACC, -8256.001, ACC, 3.4028235e38, ACC, 1.57079637, ACC}},
+    {"sincosf,sincosregf", {NAN, NAN, NAN, INF, NAN, NAN, 0, 0, 1, -0.0, -0.0, 1, 524288, ACC, ACC, 524287.97, ACC,
+                            ACC, 3.4028235e38, ACC, ACC, 1.57079637, ACC, ACC}},
     {"tan", {NAN, NAN, INF, NAN, -INF, NAN, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074, 1e-300,
              ACC, 0x1p-60, ACC, 128000, ACC, 128000.00000000001, ACC, -128000.00000000001, ACC,
              1.5707963267948966, ACC, -1.5707963267948966, ACC, 4.71238898038469, ACC, 158.65042900628455, ACC,
