@@ -30,6 +30,17 @@ inline double from_bits(uint64_t b) {
   return d;
 }
 
+// Checks of quoted rows: a generator compares its entries with the values the
+// documentation of the algorithm quotes, counts the mismatches in
+// row_failures and exits non-zero when there are any.
+inline int row_failures = 0;
+inline void expect_row_bits(const char* what, int row, double got, double want) {
+  if (bits64(got) != bits64(want)) {
+    std::fprintf(stderr, "%s row %d: %a, want %a\n", what, row, got, want);
+    ++row_failures;
+  }
+}
+
 // v = 2^(j/n) to kPrec bits.
 inline void pow2_frac(mpfr_t v, int j, int n) {
   mpfr_set_si(v, j, MPFR_RNDN);

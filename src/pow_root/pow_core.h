@@ -15,6 +15,7 @@
 #include "frame/entry.h"
 #include "frame/status.h"
 #include "tables/exp2_exp10.h"
+#include "tables/log.h"
 #include "tables/pow.h"
 
 // The vec of the kernels whose body is too large for the inliner to fold the
@@ -179,7 +180,7 @@ RAVL_INLINE F64x4 ln_fast(F64x4 x, const FastRows& c) {
   // k = e_b - 1022 or e_b - 1023, as a double through the shifter.
   const V eb = as_float<V>((xb >> 52) | as_uint(get<V>(c.shift)));
   const V k = eb - select(rr > get<V>(c.split), get<V>(c.bias_hi), get<V>(c.bias_lo));
-  const V t = gather(reinterpret_cast<const double*>(pow_tables::kLnFast), cvtt_i32(rr) - get<I32x4>(c.r0));
+  const V t = gather(reinterpret_cast<const double*>(log_tables::kLogFast), cvtt_i32(rr) - get<I32x4>(c.r0));
   const V poly = fma(fma(get<V>(c.q4), u, get<V>(c.q3)), u, get<V>(c.q2));
   return fma(k, get<V>(c.ln2), t + fma(u * u, poly, u));
 }
