@@ -166,6 +166,9 @@ int main() {
   for (const auto& k : kNodes)
     for (int i = 0; i < 4; ++i)
       expect64(k.cosine ? "cos nodes" : "sin nodes", k.j, (k.cosine ? cosn : sinn)[4 * k.j + i], bits64(k.v[i]));
+  // The cosine's rows are the sine's a quarter period on (cos a_j = sin a_(j+128),
+  // -sin a_j = cos a_(j+128)), so only the sine table is printed.
+  for (int j = 0; j < 512 * 4; ++j) expect64("cos nodes = sin nodes + 128", j / 4, cosn[j], sinn[(j + 4 * 128) % (512 * 4)]);
   const struct {
     int i;
     double v;
@@ -195,10 +198,9 @@ int main() {
       "// doubles (D1, D0, V_hi, V_lo): the value at a_j is V_hi + V_lo (V_hi = RN(value), V_lo the\n"
       "// rest truncated to 24 significant bits), its derivative D0 + D1 with D0 the derivative\n"
       "// rounded to a multiple of 1/64 (at most 7 significant bits) and D1 = RN(derivative - D0).\n"
-      "// sin: value sin(a_j), derivative cos(a_j).\n");
+      "// sin: value sin(a_j), derivative cos(a_j). Row j + 128 (mod 512) is the cosine's row j:\n"
+      "// value cos(a_j), derivative -sin(a_j).\n");
   print_table64("alignas(64) inline constexpr uint64_t kSinNodes[512 * 4]", sinn, 512 * 4);
-  std::printf("// cos: value cos(a_j), derivative -sin(a_j).\n");
-  print_table64("alignas(64) inline constexpr uint64_t kCosNodes[512 * 4]", cosn, 512 * 4);
   std::printf(
       "// 4/pi in 25-bit chunks for the scalar reduction of huge arguments: entry 0 is 0 (the bits\n"
       "// above 2^0, none), entry i >= 1 is T_(i-1) 2^200 with\n"

@@ -242,6 +242,9 @@ int main() {
   expect(row_is(sinf_nodes + 4 * 128, {0, 0, 0, -1}), "sinf node row 128");
   expect(row_is(cosf_nodes, {0, 1, 0, 0}) && row_is(cosf_nodes + 4 * 64, {0, 0, 0, -1}),
          "cosf node rows 0 and 64");
+  // The cosine's rows are the sine's a quarter period on; only the sine table is printed.
+  for (int j = 0; j < 256; ++j)
+    expect(!std::memcmp(cosf_nodes + 4 * j, sinf_nodes + 4 * ((j + 64) % 256), 16), "cosf node = sinf node + 64");
   // tan rows: r + r^3/3 + 2r^5/15 at 0; the pole row r/3 + r^3/45 + 2r^5/945.
   expect(row_is(tanf_nodes, {1.5707963267948966, -4.3711388286737929e-08, 0, 0, 0, 1, 0, 0, 1.0 / 3, 0, 2.0 / 15, 0}),
          "tanf node row 0");
@@ -269,10 +272,9 @@ int main() {
   std::printf(
       "// sinf nodes: row j = 0..255 at a_j = 2 pi j / 256 is (D1, V_hi, V_lo, D0), 16 bytes:\n"
       "// V_hi = RN(sin a_j), V_lo = RN(sin a_j - V_hi), D0 = cos a_j rounded to a multiple\n"
-      "// of 1/64, D1 = RN(cos a_j - D0).\n");
+      "// of 1/64, D1 = RN(cos a_j - D0). Row j + 64 (mod 256) is cosf's row j: value cos a_j,\n"
+      "// derivative -sin a_j.\n");
   print_table32("alignas(64) inline constexpr uint32_t kSinfNodes[256 * 4]", sinf_nodes, 256 * 4, 4);
-  std::printf("// cosf nodes: the same for the value cos a_j and the derivative -sin a_j.\n");
-  print_table32("alignas(64) inline constexpr uint32_t kCosfNodes[256 * 4]", cosf_nodes, 256 * 4, 4);
   std::printf(
       "// tanf nodes: row j = 0..127 at a_j = pi j / 128, 12 singles (48 bytes):\n"
       "// T0 + T1 = pi/2 - a_j (high, low); T2 = w, the weight of the pole term 1/(pi/2 - a_j - r):\n"

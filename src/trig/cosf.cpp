@@ -33,7 +33,7 @@ constexpr float kPi3 = f32_bits(0xa7772cedu);
 // The full-range value and the scalar routine, shared by every class.
 struct Cosf {
   template <int L> static RAVL_INLINE Vec<float, L> full(Vec<float, L> x) {
-    return trigf::eval_node(trigf_tables::kCosfNodes, trigf::reduce<true>(x));
+    return trigf::eval_node<trigf::kCosRow>(trigf_tables::kSinfNodes, trigf::reduce<true>(x));
   }
   static int scalar(const float* x, float* r) { return trigf::scalar_lane<trigd::cos_finite>(x, r, trigd::Fn::kEven); }
 };

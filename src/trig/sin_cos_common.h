@@ -97,7 +97,7 @@ template <trigd::Fn kFn, class M, class V> RAVL_INLINE M settle_full_range(M fla
     f = trigd::eval_node(trigd_tables::kSinNodes, trigd::reduce_full<false>(x));
     f = as_float<V>(as_uint(f) ^ sign_bit(x));
   } else {
-    f = trigd::eval_node(trigd_tables::kCosNodes, trigd::reduce_full<true>(x));
+    f = trigd::eval_node<trigd::kCosRow>(trigd_tables::kSinNodes, trigd::reduce_full<true>(x));
   }
   r = select(big, f, r);
   return flagged & ~big;

@@ -185,7 +185,7 @@ template <class Sig> struct SincosFull : SincosBase<kSincosFullRows, Sig> {
     const MaskOf<V> big = flagged & ~nonfinite;
     const trigd::FullArg<V> a = trigd::reduce_full<false>(x);
     const V s = trigd::eval_node(trigd_tables::kSinNodes, a);
-    const V co = trigd::eval_node(trigd_tables::kCosNodes, a);
+    const V co = trigd::eval_node<trigd::kCosRow>(trigd_tables::kSinNodes, a);
     r.first = select(big, as_float<V>(as_uint(s) ^ (as_uint(x) & U(0x8000000000000000ull))), r.first);
     r.second = select(big, co, r.second);
     return flagged & nonfinite;

@@ -112,7 +112,8 @@ template <bool kSigned, class V> RAVL_INLINE FullArg<V> reduce_full(V x) {
 }
 
 // f(a_j + r + rlo) at node j of a node table of rows (D1, D0, V_hi, V_lo)
-// (tables/trigd.h: f = sin with derivative cos, or cos with derivative -sin):
+// (tables/trigd.h: f = sin with derivative cos, or, read from row kCosRow on,
+// cos with derivative -sin):
 // the leading sum V_hi + r (D0 + D1) with its rounding errors, the curvature
 // of sin and cos to r^5 and r^6, and rlo times the derivative at a_j + r.
 // Error of the whole full-range sine and cosine: tests/accuracy_test.cpp.
@@ -122,10 +123,14 @@ constexpr double kPc1 = -0.5;
 constexpr double kPc2 = f64_bits(0x3fa5555555554ccfull);  // 0.041666666666651524
 constexpr double kPc3 = f64_bits(0xbf56c16ab163b2d7ull);  // -0.0013888875887985619
 
-template <class V> RAVL_INLINE V eval_node(const uint64_t* table, const FullArg<V>& a) {
+// The cosine reads the sine's table (kSinNodes) a quarter period on:
+// cos a_j = sin a_(j+128) and -sin a_j = cos a_(j+128), kFirstRow = kCosRow.
+constexpr unsigned kCosRow = 128;
+template <unsigned kFirstRow = 0, class V> RAVL_INLINE V eval_node(const uint64_t* table, const FullArg<V>& a) {
   using I = SIntOf<V>;
   const double* t = reinterpret_cast<const double*>(table);
-  const I row = bitcast<I>(a.j << 2);
+  const UIntOf<V> j = kFirstRow ? (a.j + kFirstRow) & 0x1ff : a.j;
+  const I row = bitcast<I>(j << 2);
   const V d1 = gather(t, row), d0 = gather(t + 1, row), vhi = gather(t + 2, row), vlo = gather(t + 3, row);
   const V r = a.r, r2 = r * r;
   const V u = fma(r, d0, vhi);

@@ -149,15 +149,19 @@ constexpr float kS5 = f32_bits(0x3c08885cu);  // 0.00833329186
 constexpr float kC2 = -0.5f;
 constexpr float kC4 = f32_bits(0x3d2aaa7cu);  // 0.0416664928
 
-// f(a_j + r + rlo) for the node table of f = sin (kSinfNodes) or cos
-// (kCosfNodes), rows (D1, V_hi, V_lo, D0): V = V_hi + V_lo = f(a_j) and
+// f(a_j + r + rlo) for the node table of f = sin (kSinfNodes) or cos (the
+// same table read from row kCosRow on: cos a_j = sin a_(j+64), -sin a_j =
+// cos a_(j+64)), rows (D1, V_hi, V_lo, D0): V = V_hi + V_lo = f(a_j) and
 // D = D0 + D1 = f'(a_j), so f(a_j + r) = V cos r + D sin r. The leading sum
 // V_hi + r D is y with its two rounding errors e1, e2; then V Pc + D r Ps,
 // and rlo times the derivative at a_j + r, D - r V_hi.
-template <int L> RAVL_INLINE Vec<float, L> eval_node(const uint32_t* nodes, const Reduced<L>& q) {
+constexpr int kCosRow = 64;
+template <int kFirstRow = 0, int L> RAVL_INLINE Vec<float, L> eval_node(const uint32_t* nodes, const Reduced<L>& q) {
   using V = Vec<float, L>;
+  using I = Vec<int32_t, L>;
   V c[4];
-  rows4(nodes, q.j << 4, c);
+  const I j = kFirstRow ? (q.j + kFirstRow) & I(0xff) : q.j;
+  rows4(nodes, j << 4, c);
   const V d1 = c[0], vhi = c[1], vlo = c[2], d0 = c[3];
   const V r = q.r, r2 = r * r;
   const V u = fma(r, d0, vhi);
