@@ -14,13 +14,6 @@ namespace {
 
 using namespace tablegen;
 
-int failures = 0;
-void check(bool ok, const char* what, int i) {
-  if (!ok) {
-    std::fprintf(stderr, "tablegen_atan: %s (row %d)\n", what, i);
-    ++failures;
-  }
-}
 
 // v = atan(c) (or infinity's quarter turn), then as the unit asks: turned
 // around (pi - v) for a negative first coordinate, divided by pi for the pi
@@ -51,7 +44,7 @@ void split(mpfr_t v, double* hi, double* lo, bool single) {
   mpfr_sub_d(t, t, *lo, MPFR_RNDN);
   if (!mpfr_zero_p(v)) {
     mpfr_div(t, t, v, MPFR_RNDN);
-    check((mpfr_abs(t, t, MPFR_RNDN), mpfr_cmp_ui_2exp(t, 1, single ? -45 : -100) <= 0), "hi + lo is not the value", 0);
+    expect_row((mpfr_abs(t, t, MPFR_RNDN), mpfr_cmp_ui_2exp(t, 1, single ? -45 : -100) <= 0), "hi + lo is not the value", 0);
   }
   mpfr_clear(t);
 }
@@ -69,7 +62,7 @@ double node_d(int row, bool* inf) {
   const int k = row - 4, e = -4 + k / 4, m = k % 4;
   const double c = (1 + m / 4.0 + 1 / 8.0) * (double)(1ll << (e + 4)) / 16;
   const uint64_t want = ((uint64_t)(1019 + k / 4) << 52) | ((uint64_t)m << 50) | 0x0002000000000000ull;
-  check(bits64(c) == want, "double node pattern", row);
+  expect_row(bits64(c) == want, "double node pattern", row);
   return c;
 }
 
@@ -97,7 +90,7 @@ void double_table(const char* name, bool pi_unit) {
       angle(a, c, inf, row >= kNegD, pi_unit);
       split(a, &hi, &lo, false);
     }
-    if (inf && row < kNegD) check(lo == 0 || !pi_unit, "node infinity is not 0.5", row);
+    if (inf && row < kNegD) expect_row(lo == 0 || !pi_unit, "node infinity is not 0.5", row);
     v[2 * row] = bits64(hi);
     v[2 * row + 1] = bits64(lo);
   }
@@ -168,5 +161,5 @@ int main() {
       "// atan(c) (Neg), in radians and in half turns.\n");
   single_tables();
   close_file("atan_tables");
-  return failures ? 1 : 0;
+  return row_failures ? 1 : 0;
 }

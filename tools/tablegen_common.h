@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 namespace tablegen {
@@ -30,15 +31,33 @@ inline double from_bits(uint64_t b) {
   return d;
 }
 
-// Checks of quoted rows: a generator compares its entries with the values the
-// documentation of the algorithm quotes, counts the mismatches in
-// row_failures and exits non-zero when there are any.
+// Checks of a generator's entries against the rows the documentation of the
+// algorithm quotes and against the rules the table must keep: each mismatch
+// is reported and counted in row_failures, and the generator exits non-zero
+// when there is any (row -1: no row number).
 inline int row_failures = 0;
+inline void expect_row(bool ok, const char* what, int row = -1) {
+  if (!ok) {
+    std::fprintf(stderr, "%s (row %d) does not match\n", what, row);
+    ++row_failures;
+  }
+}
 inline void expect_row_bits(const char* what, int row, double got, double want) {
   if (bits64(got) != bits64(want)) {
     std::fprintf(stderr, "%s row %d: %a, want %a\n", what, row, got, want);
     ++row_failures;
   }
+}
+inline void expect_row_bits(const char* what, int row, uint64_t got, uint64_t want) {
+  if (got != want) {
+    std::fprintf(stderr, "%s row %d: 0x%016llx, want 0x%016llx\n", what, row, (unsigned long long)got,
+                 (unsigned long long)want);
+    ++row_failures;
+  }
+}
+// The entry must be the quoted decimal (read as the nearest double).
+inline void expect_quoted(const char* what, double got, const char* quoted) {
+  expect_row_bits(what, -1, got, std::strtod(quoted, nullptr));
 }
 
 // v = 2^(j/n) to kPrec bits.

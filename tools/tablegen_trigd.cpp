@@ -15,14 +15,6 @@ namespace {
 
 using namespace tablegen;
 
-int failures = 0;
-void expect64(const char* what, int row, uint64_t got, uint64_t want) {
-  if (got != want) {
-    std::fprintf(stderr, "%s row %d: got 0x%016llx, want 0x%016llx\n", what, row, (unsigned long long)got,
-                 (unsigned long long)want);
-    ++failures;
-  }
-}
 
 // W(e) = floor(2^(e - 883) / (2 pi)) mod 2^192 as three 64-bit words, most
 // significant first. 2^1164 / (2 pi) has 1162 integer bits; 1600 bits of
@@ -150,7 +142,7 @@ int main() {
             {1047, {0x000000028be60db9ull, 0x391054a7f09d5f47ull, 0xd4d377036d8a5664ull}},
             {2047, {0x9eeb1faf97c5ecf4ull, 0x1ce7de294a4ba9afull, 0xed7ec47e35742158ull}}};
   for (const auto& k : kW)
-    for (int i = 0; i < 3; ++i) expect64("reduction bits", k.e, w[3 * k.e + i], k.w[i]);
+    for (int i = 0; i < 3; ++i) expect_row_bits("reduction bits", k.e, w[3 * k.e + i], k.w[i]);
   const struct {
     bool cosine;
     int j;
@@ -165,19 +157,19 @@ int main() {
                 {true, 384, {0, 1, 0, 0}}};
   for (const auto& k : kNodes)
     for (int i = 0; i < 4; ++i)
-      expect64(k.cosine ? "cos nodes" : "sin nodes", k.j, (k.cosine ? cosn : sinn)[4 * k.j + i], bits64(k.v[i]));
+      expect_row_bits(k.cosine ? "cos nodes" : "sin nodes", k.j, (k.cosine ? cosn : sinn)[4 * k.j + i], bits64(k.v[i]));
   // The cosine's rows are the sine's a quarter period on (cos a_j = sin a_(j+128),
   // -sin a_j = cos a_(j+128)), so only the sine table is printed.
-  for (int j = 0; j < 512 * 4; ++j) expect64("cos nodes = sin nodes + 128", j / 4, cosn[j], sinn[(j + 4 * 128) % (512 * 4)]);
+  for (int j = 0; j < 512 * 4; ++j) expect_row_bits("cos nodes = sin nodes + 128", j / 4, cosn[j], sinn[(j + 4 * 128) % (512 * 4)]);
   const struct {
     int i;
     double v;
   } kCh[] = {{1, 2.0460169813493856e+60}, {2, 8.2540542892644905e+52}, {9, 0.63585418462753296},
              {10, 4.4113713570936852e-08}, {11, 9.3579030048396706e-16}};
-  for (const auto& k : kCh) expect64("4/pi chunks", k.i, ch[k.i], bits64(k.v));
-  expect64("callout nodes", 16, cn[32], bits64(1.0));
-  expect64("callout nodes", 32, cn[64] | cn[65], 0);
-  if (failures) return 1;
+  for (const auto& k : kCh) expect_row_bits("4/pi chunks", k.i, ch[k.i], bits64(k.v));
+  expect_row_bits("callout nodes", 16, cn[32], bits64(1.0));
+  expect_row_bits("callout nodes", 32, cn[64] | cn[65], 0);
+  if (row_failures) return 1;
 
   open_file(
       "// Tables of the double trigonometric families (sin, cos, tan, sincos, sincosreg and the\n"

@@ -20,13 +20,6 @@ using namespace tablegen;
 // every tangent coefficient of the pole rows after its cancellation.
 constexpr mpfr_prec_t kWide = 640;
 
-int failures = 0;
-void expect(bool ok, const char* what) {
-  if (!ok) {
-    std::fprintf(stderr, "tablegen_trigf: %s does not match\n", what);
-    ++failures;
-  }
-}
 
 // RN to single; values below the single denormal range (the exact zeros of
 // the functions at multiples of pi/2, which MPFR sees as tiny) give +0.
@@ -232,28 +225,28 @@ int main() {
 
   const uint32_t w127[3] = {0x00000051, 0x7cc1b727, 0x220a94fe}, w150[3] = {0x28be60db, 0x9391054a, 0x7f09d5f4},
                  w255[3] = {0x9a6ee06d, 0xb14acc9e, 0x21c820ff};
-  expect(!std::memcmp(bits + 3 * 127, w127, 12), "reduction bits e = 127");
-  expect(!std::memcmp(bits + 3 * 150, w150, 12), "reduction bits e = 150");
-  expect(!std::memcmp(bits + 3 * 255, w255, 12), "reduction bits e = 255");
-  expect(bits[0] == 0 && bits[1] == 0 && bits[2] == 0, "reduction bits e = 0");
-  expect(row_is(sinf_nodes + 4, {-0.00030118130962364376, 0.024541229009628296, -4.867160008359406e-10, 1}),
+  expect_row(!std::memcmp(bits + 3 * 127, w127, 12), "reduction bits e = 127");
+  expect_row(!std::memcmp(bits + 3 * 150, w150, 12), "reduction bits e = 150");
+  expect_row(!std::memcmp(bits + 3 * 255, w255, 12), "reduction bits e = 255");
+  expect_row(bits[0] == 0 && bits[1] == 0 && bits[2] == 0, "reduction bits e = 0");
+  expect_row(row_is(sinf_nodes + 4, {-0.00030118130962364376, 0.024541229009628296, -4.867160008359406e-10, 1}),
          "sinf node row 1");
-  expect(row_is(sinf_nodes + 4 * 64, {0, 1, 0, 0}), "sinf node row 64");
-  expect(row_is(sinf_nodes + 4 * 128, {0, 0, 0, -1}), "sinf node row 128");
-  expect(row_is(cosf_nodes, {0, 1, 0, 0}) && row_is(cosf_nodes + 4 * 64, {0, 0, 0, -1}),
+  expect_row(row_is(sinf_nodes + 4 * 64, {0, 1, 0, 0}), "sinf node row 64");
+  expect_row(row_is(sinf_nodes + 4 * 128, {0, 0, 0, -1}), "sinf node row 128");
+  expect_row(row_is(cosf_nodes, {0, 1, 0, 0}) && row_is(cosf_nodes + 4 * 64, {0, 0, 0, -1}),
          "cosf node rows 0 and 64");
   // The cosine's rows are the sine's a quarter period on; only the sine table is printed.
   for (int j = 0; j < 256; ++j)
-    expect(!std::memcmp(cosf_nodes + 4 * j, sinf_nodes + 4 * ((j + 64) % 256), 16), "cosf node = sinf node + 64");
+    expect_row(!std::memcmp(cosf_nodes + 4 * j, sinf_nodes + 4 * ((j + 64) % 256), 16), "cosf node = sinf node + 64");
   // tan rows: r + r^3/3 + 2r^5/15 at 0; the pole row r/3 + r^3/45 + 2r^5/945.
-  expect(row_is(tanf_nodes, {1.5707963267948966, -4.3711388286737929e-08, 0, 0, 0, 1, 0, 0, 1.0 / 3, 0, 2.0 / 15, 0}),
+  expect_row(row_is(tanf_nodes, {1.5707963267948966, -4.3711388286737929e-08, 0, 0, 0, 1, 0, 0, 1.0 / 3, 0, 2.0 / 15, 0}),
          "tanf node row 0");
-  expect(row_is(tanf_nodes + kTanCols * 64, {0, 0, 1, 0, 0, 1.0 / 3, (float)(1.0 / 3 - (float)(1.0 / 3)), 0,
+  expect_row(row_is(tanf_nodes + kTanCols * 64, {0, 0, 1, 0, 0, 1.0 / 3, (float)(1.0 / 3 - (float)(1.0 / 3)), 0,
                                              1.0 / 45, 0, 2.0 / 945, 0}),
          "tanf node row 64");
   // Block -1 holds 2/pi itself, rounded down to a multiple of 2^-43.
-  expect(from_bits(large[0]) == std::floor(0.63661977236758138 * 0x1p43) * 0x1p-43, "sincosf block -1");
-  if (failures) return 1;
+  expect_row(from_bits(large[0]) == std::floor(0.63661977236758138 * 0x1p43) * 0x1p-43, "sincosf block -1");
+  if (row_failures) return 1;
 
   open_file(
       "// Tables of the single sine, cosine and tangent families (sinf, cosf, tanf,\n"
