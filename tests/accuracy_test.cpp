@@ -73,6 +73,16 @@ const struct {
     {"log1p", "fast", 2.7},     // 2.645 (x near 2^-11: T(1023) + r cancels to half)
     {"log1pf", "full", 0.67},   // 0.6602 (every single in (-1, 2^127))
     {"log1pf", "fast", 3.5},    // 3.419
+    // Single trigonometric families: every positive single (tools/exhaustive/exhaustive_trigf.cpp).
+    {"sinf", "full", 2.38},       // 2.370 fast path (the designed kernel), 0.5005 full range
+    {"sinf", "fast", 2525},       // 2524.5 (the degree-5 kernel; half_sin allows 8192)
+    {"cosf", "full", 2.36},       // 2.356, 0.5005 full range
+    {"cosf", "fast", 2536},       // 2535.97
+    {"tanf", "full", 3.66},       // 3.651 fast path, 0.5011 full range
+    {"tanf", "fast", 984},        // 983.7 near odd multiples of pi/2 (pi/2 in two pieces)
+    {"sincosf", "full", 2.19},    // sine 2.148, cosine 2.152; above 2^19 2.182 and 2.176
+    {"sincosregf", "full", 2.19},  // the bits of sincosf
+    {"sincosregf", "fast", 2.19},  // the bits of sincosf
 };
 
 enum Sampling { kUniform, kBitPatterns, kEvery };
@@ -107,6 +117,24 @@ const Range kRanges[] = {
     {"log1pf", "moderate", -1, 3},
     {"log1pf", "wide", 1, kFMax, kBitPatterns},
     {"log1pf", "tiny", 0x1p-30, 1, kBitPatterns},
+    // Single sine, cosine and tangent: the fast paths, every single within
+    // 100 of their bounds, and the full-range paths up to FLT_MAX.
+    {"sinf", "moderate", -10000, 10000},
+    {"sinf", "tiny", 0x1p-40, 2, kBitPatterns},
+    {"sinf", "bound", 9900, 10100, kEvery},
+    {"sinf", "huge", 10000, kFMax, kBitPatterns},
+    {"cosf", "moderate", -10000, 10000},
+    {"cosf", "bound", 9900, 10100, kEvery},
+    {"cosf", "huge", 10000, kFMax, kBitPatterns},
+    {"tanf", "moderate", -8256, 8256},
+    {"tanf", "tiny", 0x1p-40, 2, kBitPatterns},
+    {"tanf", "bound", 8156, 8356, kEvery},
+    {"tanf", "huge", 8256, kFMax, kBitPatterns},
+    {"sincosf", "moderate", -524288, 524288},
+    {"sincosf", "bound", 520000, 530000, kEvery},
+    {"sincosf", "huge", 524288, kFMax, kBitPatterns},
+    {"sincosregf", "moderate", -524288, 524288},
+    {"sincosregf", "huge", 524288, kFMax, kBitPatterns},
 };
 // The logarithms: every positive normal, around 1 (where the result
 // cancels), and the denormals (the scalar routines).
