@@ -202,16 +202,16 @@ const struct {
     {"tanh", "fast", 221},      // 220.0 (expm1's fast kernel near 2|x| = ln2/256)
     {"tanhf", "full", 0.501},   // 0.500
     {"tanhf", "fast", 0.501},   // 0.500
-    // The single trigonometric families (3.3e5 inputs per range).
-    {"sinf", "full", 2.4},        // 2.171 (the degree-9 kernel near |r| = pi/2)
-    {"sinf", "fast", 2600},       // 2524 (leading coefficient 0.999885321)
-    {"cosf", "full", 2.5},        // 2.348
-    {"cosf", "fast", 2600},       // 2535
-    {"tanf", "full", 3.3},        // 3.132
-    {"tanf", "fast", 16},         // 14.76 (the refined reciprocal instead of a division)
-    {"sincosf", "full", 2.2},     // 2.111 sine, 2.075 cosine
-    {"sincosregf", "full", 2.2},  // the bits of sincosf
-    {"sincosregf", "fast", 2.2},  // the same code
+    // Single trigonometric families: every positive single (tools/exhaustive/exhaustive_trigf.cpp).
+    {"sinf", "full", 2.38},       // 2.370 fast path (the designed kernel), 0.5005 full range
+    {"sinf", "fast", 2525},       // 2524.5 (the degree-5 kernel; half_sin allows 8192)
+    {"cosf", "full", 2.36},       // 2.356, 0.5005 full range
+    {"cosf", "fast", 2536},       // 2535.97
+    {"tanf", "full", 3.66},       // 3.651 fast path, 0.5011 full range
+    {"tanf", "fast", 984},        // 983.7 near odd multiples of pi/2 (pi/2 in two pieces)
+    {"sincosf", "full", 2.19},    // sine 2.148, cosine 2.152; above 2^19 2.182 and 2.176
+    {"sincosregf", "full", 2.19},  // the bits of sincosf
+    {"sincosregf", "fast", 2.19},  // the bits of sincosf
     // The powers (about 1.7e5 inputs per double range, 3.4e5 per single
     // one; the plain double paths' flagged lanes: the accurate routine, 0.51).
     {"pow", "full", 1.1},        // 1.015 (2^(j/256) rounded to double, no low part)
@@ -303,23 +303,6 @@ const Range kRanges[] = {
     // The trigonometric families: the fast path, the thresholds (tan 128000,
     // sincos 2^23) and the full-range path above them up to DBL_MAX; the
     // neighbours of odd multiples of pi/2 come from the special-value table.
-    // The single trigonometric families: the fast reduction's range, the
-    // thresholds (sinf/cosf 10000, tanf 8256, sincosf 2^19) and the
-    // full-range path above them, the small arguments.
-    {"sinf", "fast", -10000, 10000},
-    {"sinf", "huge", 10000, kFMax, kBitPatterns},
-    {"sinf", "small", 0x1p-30, 1, kBitPatterns},
-    {"cosf", "fast", -10000, 10000},
-    {"cosf", "huge", 10000, kFMax, kBitPatterns},
-    {"cosf", "small", 0x1p-30, 1, kBitPatterns},
-    {"tanf", "fast", -8256, 8256},
-    {"tanf", "huge", 8256, kFMax, kBitPatterns},
-    {"tanf", "small", 0x1p-30, 1, kBitPatterns},
-    {"sincosf", "fast", -524288, 524288},
-    {"sincosf", "huge", 524288, kFMax, kBitPatterns},
-    {"sincosf", "small", 0x1p-30, 1, kBitPatterns},
-    {"sincosregf", "fast", -524288, 524288},
-    {"sincosregf", "huge", 524288, kFMax, kBitPatterns},
     {"tan", "moderate", -10, 10},
     {"tan", "fast", -128000, 128000},
     {"tan", "threshold", 127000, 129000},
@@ -332,6 +315,24 @@ const Range kRanges[] = {
     {"sincos", "small", 0x1p-60, 1, kBitPatterns},
     {"sincosreg", "moderate", -10, 10},
     {"sincosreg", "huge", 8388608, kDMax, kBitPatterns},
+    // Single sine, cosine and tangent: the fast paths, every single within
+    // 100 of their bounds, and the full-range paths up to FLT_MAX.
+    {"sinf", "moderate", -10000, 10000},
+    {"sinf", "tiny", 0x1p-40, 2, kBitPatterns},
+    {"sinf", "bound", 9900, 10100, kEvery},
+    {"sinf", "huge", 10000, kFMax, kBitPatterns},
+    {"cosf", "moderate", -10000, 10000},
+    {"cosf", "bound", 9900, 10100, kEvery},
+    {"cosf", "huge", 10000, kFMax, kBitPatterns},
+    {"tanf", "moderate", -8256, 8256},
+    {"tanf", "tiny", 0x1p-40, 2, kBitPatterns},
+    {"tanf", "bound", 8156, 8356, kEvery},
+    {"tanf", "huge", 8256, kFMax, kBitPatterns},
+    {"sincosf", "moderate", -524288, 524288},
+    {"sincosf", "bound", 520000, 530000, kEvery},
+    {"sincosf", "huge", 524288, kFMax, kBitPatterns},
+    {"sincosregf", "moderate", -524288, 524288},
+    {"sincosregf", "huge", 524288, kFMax, kBitPatterns},
     // sinh, cosh: the vector range, the scalar routine's (|x| >= 707.7) and
     // small x, where sinh keeps its relative accuracy.
     {"sinh", "moderate", -30, 30},

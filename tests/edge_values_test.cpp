@@ -417,6 +417,26 @@ const Row kRows[] = {
     {"frexp", {1, 0.5, 1, -0x1p-1074, -0.5, -1073, 0, 0, 0, -0.0, -0.0, 0, INF, INF, 0, -INF, -INF, 0, DBL_MAX, kD1m,
                1024, 0x1.ffffffffffffep-1023, 0x1.ffffffffffffep-1, -1022, 0x1p-1022, 0.5, -1021, -3, -0.75, 2,
                0x1.8p-1060, 0.75, -1059, SN1, SN1, 0}},
+    // Single sine, cosine and tangent: the scalar routine's rows (infinities
+    // give x * 0, the default NaN; NaN quieted; zeros); the fast paths'
+    // bounds and the next single above (the full-range path), FLT_MAX,
+    // multiples of pi/2 and their neighbours within the class bound.
+    {"sinf,tanf", {INF, DN, -INF, DN, SN1, QN1, QN2, QN2, 0, 0, -0.0, -0.0, 0x1p-149, ACC, -0x1p-126, ACC, 1e-30, ACC,
+                   FLT_MAX, ACC, -FLT_MAX, ACC, 0x1p127, ACC, 1.57079637, ACC, 3.14159274, ACC, -4.71238899, ACC,
+                   6.28318548, ACC, 0x1.921fb6p+24, ACC, 1e22, ACC}},
+    {"sinf:full", {0x1p-149, 0x1p-149, -0x1p-126, -0x1p-126, 1e-30, 1e-30}},
+    {"sinf", {10000, ACC, 10000.0009765625, ACC, -10000.0009765625, ACC, 0x1.fffffep-1, ACC}},
+    {"cosf", {INF, DN, -INF, DN, SN1, QN1, QN2, QN2, 0, 1, -0.0, 1, 0x1p-149, 1, 1e-30, 1, -0x1p-13, ACC, 10000, ACC,
+              10000.0009765625, ACC, -10000.0009765625, ACC, FLT_MAX, ACC, -FLT_MAX, ACC, 1.57079637, ACC,
+              3.14159274, ACC, -4.71238899, ACC, 0x1.921fb6p+24, ACC, 1e22, ACC}},
+    {"tanf", {8256, ACC, 8256.0009765625, ACC, -8256.0009765625, ACC, 0x1.921fb4p+0, ACC, 0x1.921fb8p+0, ACC,
+              -0x1.2d97c8p+3, ACC}},
+    // sincosf, sincosregf: (x, sine, cosine); infinities and NaN give NaN
+    // inline; 2^19 takes the large-argument path, the single below it not.
+    {"sincosf,sincosregf", {0, 0, 1, -0.0, -0.0, 1, 0x1p-149, 0x1p-149, 1, INF, NAN, NAN, -INF, NAN, NAN, NAN, NAN,
+                            NAN, 1.57079637, 1, -4.37113883e-08, 0x1p19, ACC, ACC, 0x1.fffffep18, ACC, ACC,
+                            -0x1p19, ACC, ACC, FLT_MAX, ACC, ACC, -FLT_MAX, ACC, ACC, 3.14159274, ACC, ACC,
+                            0x1.921fb6p+24, ACC, ACC, 1e22, ACC, ACC}},
     {"frexpf", {1, 0.5, 1, -0x1p-149, -0.5, -148, INF, INF, 0, FLT_MAX, kF1m, 128, 0x1.fffffcp-127, 0x1.fffffcp-1,
                 -126, 0x1p-126, 0.5, -125, -3, -0.75, 2}},
 };
