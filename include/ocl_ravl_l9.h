@@ -3,7 +3,7 @@
 
    Register form: vectors in ymm0-3 (xmm for 128-bit values), results in ymm0-3,
    integer scalars and pointers in the integer argument registers, all of
-   ymm6-15 preserved (Windows; ymm8-15 on Linux): clang's intel_ocl_bicc.
+   ymm6-15 preserved (Windows; ymm8-15 on Linux): OCL_RAVL_CC.
    By-address form (functions taking void* result): the platform's C convention;
    result buffer first, then the arguments' register images; returns the buffer.
    Width 3 travels as width 4; its fourth lane is undefined on entry and return.
@@ -15,7 +15,7 @@
 extern "C" {
 #endif
 #if !defined(__clang__)
-#error "the register-form entry points need clang's intel_ocl_bicc convention"
+#error "the register-form entry points need clang's register convention (OCL_RAVL_CC)"
 #endif
 #define OCL_RAVL_CC __attribute__((intel_ocl_bicc))
 #ifdef _WIN32

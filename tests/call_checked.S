@@ -3,7 +3,7 @@
 // Calls an entry point with every argument register taken from rf (layout in
 // tests/common/harness.h) and checks that it kept the register convention:
 // rbx, rbp, r12-r15 (and rdi, rsi on Windows) always; in the register form
-// (intel_ocl_bicc) all 256 bits of ymm8-15 on Linux, of ymm6-15 on Windows; in
+// (RAVL_CC) all 256 bits of ymm8-15 on Linux, of ymm6-15 on Windows; in
 // the by-address form (the platform's C convention) the low 128 bits of
 // xmm6-15 on Windows; the MXCSR control bits; and the caller's stack above the
 // return address (above the 32-byte home area on Windows). Returns a bit per

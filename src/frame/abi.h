@@ -1,6 +1,6 @@
 // The register convention of the exported entry points.
 //
-// Every register-form entry point uses clang's `intel_ocl_bicc` convention:
+// Every register-form entry point uses clang's register convention (RAVL_CC):
 // vector arguments in ymm0-3 (xmm0-3 for 128-bit values), results in ymm0-3,
 // wider values split over consecutive registers, integer scalars in their own
 // sequence of general registers (ecx, edx, r8d, r9d on Windows; edi, esi, edx,

@@ -32,7 +32,7 @@ namespace ravl_test {
 // canary in every register the callee must preserve and junk in the volatile
 // ones, calls fn with the stack 16-byte but not 32-byte aligned, stores ymm0-3
 // and rax back into rf and returns a kClobber bit per broken promise.
-// Register form (intel_ocl_bicc): Linux keeps rbx, rbp, r12-r15 and all 256
+// Register form (RAVL_CC): Linux keeps rbx, rbp, r12-r15 and all 256
 // bits of ymm8-15, Windows also rdi, rsi and ymm6-15. By-address form (the
 // platform's C convention): the general registers, and on Windows the low 128
 // bits of xmm6-15. Both: MXCSR's control bits and the caller's stack.
