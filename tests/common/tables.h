@@ -26,4 +26,29 @@ std::vector<double> table_points(const std::string& family);
 // in rounding mode rm (0-3, MXCSR's order): false when the family has none.
 bool reference(const std::string& family, const std::string& algorithm, const uint64_t* in, uint64_t* out, int rm);
 
+// An input range of a family for the accuracy suite: samples of x (and of y
+// for two-argument families) over [lo, hi].
+enum Sampling { kUniform, kBitPatterns, kEvery, kIntegers };  // kIntegers: a floating y that is an integer
+struct Range {
+  const char *family, *name;
+  double lo, hi;  // for kBitPatterns and kEvery: of one sign
+  Sampling how = kUniform;
+  double ulp = 0;  // a tighter bound than the algorithm's, for the full algorithm only
+  // Two-argument families: the second argument's range and sampling (an
+  // integer argument: uniform integers; kIntegers: a floating argument
+  // rounded to an integer). One input in eight pairs x with a random bit
+  // pattern instead.
+  double ylo = 0, yhi = 0;
+  Sampling yhow = kUniform;
+};
+// Every family's input ranges (accuracy_rows.cpp).
+std::vector<Range> ranges();
+// True when the algorithm's bound holds on normal finite inputs only.
+bool normal_only_bound(const std::string& family, const std::string& algorithm);
+// Families whose results are odd (o) or even (e) in x, one letter per result.
+struct Parity {
+  const char *family, *parity;
+};
+std::vector<Parity> parity_rows();
+
 }  // namespace ravl_test
