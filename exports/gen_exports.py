@@ -257,13 +257,97 @@ def header_proto(f, cls, w, name):
     r0 = f.results[0]
     if split_thunk(f, w):
         rt = header_type(r0, image_lanes(r0, w))
-        return (f"/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */\n"
+        return (f"/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector\n"
+                f"   struct); C and C++ take both from the wrapper {name[2:]} below */\n"
                 f"OCL_RAVL_API {rt} OCL_RAVL_CC {name}({', '.join(params)});")
     if len(f.results) == 2 and w == 1 and not LANE[r0][3]:
         rt = "uint64_t"
     else:
         rt = header_type(r0, ret_lanes(f, w))
     return f"OCL_RAVL_API {rt} OCL_RAVL_CC {name}({', '.join(params)});"
+
+
+def header_params(f, w):
+    """(type, name) of each C parameter of a register-form member."""
+    params = []
+    for i, t in enumerate(f.args):
+        ps = pieces(t, w)
+        if len(ps) == 1:
+            params.append((header_type(t, ps[0]), f"a{i}"))
+        else:
+            params += [(header_type(t, p), f"a{i}_{k}") for k, p in enumerate(ps)]
+    return params
+
+
+def pair_type(t, w):
+    lanes = 1 if w == 1 else image_lanes(t, w)
+    stem = LANE[t][1] + ("" if lanes == 1 else str(lanes))
+    return f"ocl_ravl_{stem}_pair", header_type(t, lanes)
+
+
+# The call of a member that returns its two results in xmm0 and xmm1, which no
+# C declaration can express: the wrapper pins the arguments to xmm0 (and
+# xmm1), calls the member from inline assembly and takes both registers back.
+# The call steps over the caller's red zone (Linux), aligns the stack to 16
+# bytes, gives the callee its 32-byte home area (Windows) and names every
+# register the convention lets the callee change.
+PAIR_CALL_MACROS = r"""#if defined(_WIN32)
+#define OCL_RAVL_PAIR_CALL_(fn)                                                    \
+  "push %%rbx\n\tmov %%rsp, %%rbx\n\tand $-16, %%rsp\n\tsub $32, %%rsp\n\t"          \
+  "call *__imp_" fn "(%%rip)\n\tmov %%rbx, %%rsp\n\tpop %%rbx"
+#define OCL_RAVL_PAIR_CLOBBERS_ "rax", "rcx", "rdx", "r8", "r9", "r10", "r11",     \
+  "xmm2", "xmm3", "xmm4", "xmm5", "memory", "cc"
+#else
+#define OCL_RAVL_PAIR_CALL_(fn)                                                    \
+  "lea -128(%%rsp), %%rsp\n\tpush %%rbx\n\tmov %%rsp, %%rbx\n\tand $-16, %%rsp\n\t"   \
+  "call " fn "@PLT\n\tmov %%rbx, %%rsp\n\tpop %%rbx\n\tlea 128(%%rsp), %%rsp"
+#define OCL_RAVL_PAIR_CLOBBERS_ "rax", "rcx", "rdx", "rsi", "rdi", "r8", "r9", "r10", \
+  "r11", "xmm2", "xmm3", "xmm4", "xmm5", "xmm6", "xmm7", "memory", "cc"
+#endif"""
+
+
+def pair_wrapper(f, cls, w, name):
+    """A static inline function returning both results of a two-result member
+    as a struct {r0, r1} (sincosreg: sine, cosine; idivrem: quotient,
+    remainder), under the member's name less its leading underscores."""
+    r0 = f.results[0]
+    pt, et = pair_type(r0, w)
+    wrap = name[2:]
+    if by_address(f, w):
+        n = len(f.args)
+        params = ", ".join(f"const void* arg{i}" for i in range(n))
+        call = ", ".join(["buf"] + [f"arg{i}" for i in range(n)])
+        return [f"static inline {pt} {wrap}({params}) {{",
+                f"  {pt} r;",
+                f"  {et} buf[2];",
+                f"  {name}({call});",
+                "  r.r0 = buf[0];",
+                "  r.r1 = buf[1];",
+                "  return r;",
+                "}"]
+    params = header_params(f, w)
+    sig = ", ".join(f"{t} {n}" for t, n in params)
+    out = [f"static inline {pt} {wrap}({sig}) {{", f"  {pt} r;"]
+    if split_thunk(f, w):
+        regs_in = []
+        for k, (t, n) in enumerate(params):
+            out.append(f'  register {t} x{k} __asm__("xmm{k}") = {n};')
+            regs_in.append(k)
+        if len(params) < 2:
+            out.append(f'  register {et} x1 __asm__("xmm1");')
+        ops = f'"+x"(x0), "{"+" if len(params) > 1 else "="}x"(x1)'
+        out.append(f'  __asm__ volatile(OCL_RAVL_PAIR_CALL_("{name}") : {ops} : : OCL_RAVL_PAIR_CLOBBERS_);')
+        out += ["  r.r0 = x0;", "  r.r1 = x1;"]
+    else:
+        call = ", ".join(n for t, n in params)
+        if w == 1 and not LANE[r0][3]:
+            out.append(f"  uint64_t v = {name}({call});")
+            out += [f"  r.r0 = ({et})(uint32_t)v;", f"  r.r1 = ({et})(uint32_t)(v >> 32);"]
+        else:
+            out.append(f"  {header_type(r0, ret_lanes(f, w))} v = {name}({call});")
+            out += ["  r.r0 = v.x;", "  r.r1 = v.y;"] if w == 1 else ["  r.r0 = v.lo;", "  r.r1 = v.hi;"]
+    out += ["  return r;", "}"]
+    return out
 
 
 def header_text(fams, mem):
@@ -304,6 +388,20 @@ def header_text(fams, mem):
     out.append("")
     for name, body, f, cls, w in mem:
         out.append(header_proto(f, cls, w, name))
+    pairs = [m for m in mem if len(m[2].results) == 2]
+    if pairs:
+        out += ["", "/* Both results of the two-result members as one struct {r0, r1}: sincosreg gives",
+                "   (sine, cosine), idivrem and udivrem (quotient, remainder). */"]
+        types = []
+        for name, body, f, cls, w in pairs:
+            t = pair_type(f.results[0], w)
+            if t not in types:
+                types.append(t)
+        for pt, et in types:
+            out.append(f"typedef struct {{ {et} r0, r1; }} {pt};")
+        out += ["", PAIR_CALL_MACROS, ""]
+        for name, body, f, cls, w in pairs:
+            out += pair_wrapper(f, cls, w, name)
     out += ["", "#ifdef __cplusplus", "}", "#endif", "#endif", ""]
     return "\n".join(out)
 
@@ -316,6 +414,15 @@ def write(path, text):
             fh.write(text)
 
 
+def read_table(table):
+    fams = []
+    for no, line in enumerate(open(table), 1):
+        line = line.split("#", 1)[0].strip()
+        if line:
+            fams.append(Family(line.split(), no))
+    return fams
+
+
 def main():
     table, outdir = sys.argv[1], sys.argv[2]
     header = os.path.join(outdir, "ocl_ravl_l9.h")
@@ -324,11 +431,7 @@ def main():
         header = sys.argv[sys.argv.index("--header") + 1]
     if "--check-header" in sys.argv:
         check = sys.argv[sys.argv.index("--check-header") + 1]
-    fams = []
-    for no, line in enumerate(open(table), 1):
-        line = line.split("#", 1)[0].strip()
-        if line:
-            fams.append(Family(line.split(), no))
+    fams = read_table(table)
     everything = members(fams)
     bad = [m[0] for m in everything if not NAME_RE.match(m[0])]
     if bad:

@@ -184,11 +184,14 @@ OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_idiv4(ocl_ravl_int4 a0, ocl
 OCL_RAVL_API ocl_ravl_int8 OCL_RAVL_CC __ocl_ravl_l9_idiv8(ocl_ravl_int8 a0, ocl_ravl_int8 a1);
 OCL_RAVL_API ocl_ravl_int16 OCL_RAVL_CC __ocl_ravl_l9_idiv16(ocl_ravl_int8 a0_0, ocl_ravl_int8 a0_1, ocl_ravl_int8 a1_0, ocl_ravl_int8 a1_1);
 OCL_RAVL_API uint64_t OCL_RAVL_CC __ocl_ravl_l9_idivrem1(int32_t a0, int32_t a1);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_idivrem2 below */
 OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_idivrem2(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_idivrem3 below */
 OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_idivrem3(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_idivrem4 below */
 OCL_RAVL_API ocl_ravl_int4 OCL_RAVL_CC __ocl_ravl_l9_idivrem4(ocl_ravl_int4 a0, ocl_ravl_int4 a1);
 OCL_RAVL_API ocl_ravl_int16 OCL_RAVL_CC __ocl_ravl_l9_idivrem8(ocl_ravl_int8 a0, ocl_ravl_int8 a1);
 OCL_RAVL_API ocl_ravl_int32 OCL_RAVL_CC __ocl_ravl_l9_idivrem16(ocl_ravl_int8 a0_0, ocl_ravl_int8 a0_1, ocl_ravl_int8 a1_0, ocl_ravl_int8 a1_1);
@@ -373,11 +376,14 @@ OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_udiv4(ocl_ravl_uint4 a0, o
 OCL_RAVL_API ocl_ravl_uint8 OCL_RAVL_CC __ocl_ravl_l9_udiv8(ocl_ravl_uint8 a0, ocl_ravl_uint8 a1);
 OCL_RAVL_API ocl_ravl_uint16 OCL_RAVL_CC __ocl_ravl_l9_udiv16(ocl_ravl_uint8 a0_0, ocl_ravl_uint8 a0_1, ocl_ravl_uint8 a1_0, ocl_ravl_uint8 a1_1);
 OCL_RAVL_API uint64_t OCL_RAVL_CC __ocl_ravl_l9_udivrem1(uint32_t a0, uint32_t a1);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_udivrem2 below */
 OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_udivrem2(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_udivrem3 below */
 OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_udivrem3(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_udivrem4 below */
 OCL_RAVL_API ocl_ravl_uint4 OCL_RAVL_CC __ocl_ravl_l9_udivrem4(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1);
 OCL_RAVL_API ocl_ravl_uint16 OCL_RAVL_CC __ocl_ravl_l9_udivrem8(ocl_ravl_uint8 a0, ocl_ravl_uint8 a1);
 OCL_RAVL_API ocl_ravl_uint32 OCL_RAVL_CC __ocl_ravl_l9_udivrem16(ocl_ravl_uint8 a0_0, ocl_ravl_uint8 a0_1, ocl_ravl_uint8 a1_0, ocl_ravl_uint8 a1_1);
@@ -1372,34 +1378,42 @@ OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_rootnf4_native(ocl_ravl_f
 OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_rootnf8_native(ocl_ravl_float8 a0, ocl_ravl_int8 a1);
 OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_rootnf16_native(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1, ocl_ravl_int8 a1_0, ocl_ravl_int8 a1_1);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sincosreg1(double a0);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_sincosreg2 below */
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sincosreg2(ocl_ravl_double2 a0);
 OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincosreg3(ocl_ravl_double4 a0);
 OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincosreg4(ocl_ravl_double4 a0);
 OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_sincosreg8(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
 OCL_RAVL_API void* __ocl_ravl_l9_sincosreg16(void* result, const void* arg0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sincosreg1_native(double a0);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_sincosreg2_native below */
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_sincosreg2_native(ocl_ravl_double2 a0);
 OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincosreg3_native(ocl_ravl_double4 a0);
 OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_sincosreg4_native(ocl_ravl_double4 a0);
 OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_sincosreg8_native(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
 OCL_RAVL_API void* __ocl_ravl_l9_sincosreg16_native(void* result, const void* arg0);
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf1(float a0);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_sincosregf2 below */
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf2(ocl_ravl_float4 a0);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_sincosregf3 below */
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf3(ocl_ravl_float4 a0);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_sincosregf4 below */
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf4(ocl_ravl_float4 a0);
 OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_sincosregf8(ocl_ravl_float8 a0);
 OCL_RAVL_API ocl_ravl_float32 OCL_RAVL_CC __ocl_ravl_l9_sincosregf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf1_native(float a0);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_sincosregf2_native below */
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf2_native(ocl_ravl_float4 a0);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_sincosregf3_native below */
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf3_native(ocl_ravl_float4 a0);
-/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector struct) */
+/* returns the first result in xmm0 and the second in xmm1 (LLVM IR: a two-vector
+   struct); C and C++ take both from the wrapper ocl_ravl_l9_sincosregf4_native below */
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_sincosregf4_native(ocl_ravl_float4 a0);
 OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_sincosregf8_native(ocl_ravl_float8 a0);
 OCL_RAVL_API ocl_ravl_float32 OCL_RAVL_CC __ocl_ravl_l9_sincosregf16_native(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
@@ -2171,6 +2185,323 @@ OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_fmaf3_rm(ocl_ravl_float4 
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_fmaf4_rm(ocl_ravl_float4 a0, ocl_ravl_float4 a1, ocl_ravl_float4 a2);
 OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_fmaf8_rm(ocl_ravl_float8 a0, ocl_ravl_float8 a1, ocl_ravl_float8 a2);
 OCL_RAVL_API void* __ocl_ravl_l9_fmaf16_rm(void* result, const void* arg0, const void* arg1, const void* arg2);
+
+/* Both results of the two-result members as one struct {r0, r1}: sincosreg gives
+   (sine, cosine), idivrem and udivrem (quotient, remainder). */
+typedef struct { int32_t r0, r1; } ocl_ravl_int_pair;
+typedef struct { ocl_ravl_int4 r0, r1; } ocl_ravl_int4_pair;
+typedef struct { ocl_ravl_int8 r0, r1; } ocl_ravl_int8_pair;
+typedef struct { ocl_ravl_int16 r0, r1; } ocl_ravl_int16_pair;
+typedef struct { uint32_t r0, r1; } ocl_ravl_uint_pair;
+typedef struct { ocl_ravl_uint4 r0, r1; } ocl_ravl_uint4_pair;
+typedef struct { ocl_ravl_uint8 r0, r1; } ocl_ravl_uint8_pair;
+typedef struct { ocl_ravl_uint16 r0, r1; } ocl_ravl_uint16_pair;
+typedef struct { double r0, r1; } ocl_ravl_double_pair;
+typedef struct { ocl_ravl_double2 r0, r1; } ocl_ravl_double2_pair;
+typedef struct { ocl_ravl_double4 r0, r1; } ocl_ravl_double4_pair;
+typedef struct { ocl_ravl_double8 r0, r1; } ocl_ravl_double8_pair;
+typedef struct { ocl_ravl_double16 r0, r1; } ocl_ravl_double16_pair;
+typedef struct { float r0, r1; } ocl_ravl_float_pair;
+typedef struct { ocl_ravl_float4 r0, r1; } ocl_ravl_float4_pair;
+typedef struct { ocl_ravl_float8 r0, r1; } ocl_ravl_float8_pair;
+typedef struct { ocl_ravl_float16 r0, r1; } ocl_ravl_float16_pair;
+
+#if defined(_WIN32)
+#define OCL_RAVL_PAIR_CALL_(fn)                                                    \
+  "push %%rbx\n\tmov %%rsp, %%rbx\n\tand $-16, %%rsp\n\tsub $32, %%rsp\n\t"          \
+  "call *__imp_" fn "(%%rip)\n\tmov %%rbx, %%rsp\n\tpop %%rbx"
+#define OCL_RAVL_PAIR_CLOBBERS_ "rax", "rcx", "rdx", "r8", "r9", "r10", "r11",     \
+  "xmm2", "xmm3", "xmm4", "xmm5", "memory", "cc"
+#else
+#define OCL_RAVL_PAIR_CALL_(fn)                                                    \
+  "lea -128(%%rsp), %%rsp\n\tpush %%rbx\n\tmov %%rsp, %%rbx\n\tand $-16, %%rsp\n\t"   \
+  "call " fn "@PLT\n\tmov %%rbx, %%rsp\n\tpop %%rbx\n\tlea 128(%%rsp), %%rsp"
+#define OCL_RAVL_PAIR_CLOBBERS_ "rax", "rcx", "rdx", "rsi", "rdi", "r8", "r9", "r10", \
+  "r11", "xmm2", "xmm3", "xmm4", "xmm5", "xmm6", "xmm7", "memory", "cc"
+#endif
+
+static inline ocl_ravl_int_pair ocl_ravl_l9_idivrem1(int32_t a0, int32_t a1) {
+  ocl_ravl_int_pair r;
+  uint64_t v = __ocl_ravl_l9_idivrem1(a0, a1);
+  r.r0 = (int32_t)(uint32_t)v;
+  r.r1 = (int32_t)(uint32_t)(v >> 32);
+  return r;
+}
+static inline ocl_ravl_int4_pair ocl_ravl_l9_idivrem2(ocl_ravl_int4 a0, ocl_ravl_int4 a1) {
+  ocl_ravl_int4_pair r;
+  register ocl_ravl_int4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_int4 x1 __asm__("xmm1") = a1;
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_idivrem2") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_int4_pair ocl_ravl_l9_idivrem3(ocl_ravl_int4 a0, ocl_ravl_int4 a1) {
+  ocl_ravl_int4_pair r;
+  register ocl_ravl_int4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_int4 x1 __asm__("xmm1") = a1;
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_idivrem3") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_int4_pair ocl_ravl_l9_idivrem4(ocl_ravl_int4 a0, ocl_ravl_int4 a1) {
+  ocl_ravl_int4_pair r;
+  register ocl_ravl_int4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_int4 x1 __asm__("xmm1") = a1;
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_idivrem4") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_int8_pair ocl_ravl_l9_idivrem8(ocl_ravl_int8 a0, ocl_ravl_int8 a1) {
+  ocl_ravl_int8_pair r;
+  ocl_ravl_int16 v = __ocl_ravl_l9_idivrem8(a0, a1);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_int16_pair ocl_ravl_l9_idivrem16(ocl_ravl_int8 a0_0, ocl_ravl_int8 a0_1, ocl_ravl_int8 a1_0, ocl_ravl_int8 a1_1) {
+  ocl_ravl_int16_pair r;
+  ocl_ravl_int32 v = __ocl_ravl_l9_idivrem16(a0_0, a0_1, a1_0, a1_1);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_uint_pair ocl_ravl_l9_udivrem1(uint32_t a0, uint32_t a1) {
+  ocl_ravl_uint_pair r;
+  uint64_t v = __ocl_ravl_l9_udivrem1(a0, a1);
+  r.r0 = (uint32_t)(uint32_t)v;
+  r.r1 = (uint32_t)(uint32_t)(v >> 32);
+  return r;
+}
+static inline ocl_ravl_uint4_pair ocl_ravl_l9_udivrem2(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1) {
+  ocl_ravl_uint4_pair r;
+  register ocl_ravl_uint4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_uint4 x1 __asm__("xmm1") = a1;
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_udivrem2") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_uint4_pair ocl_ravl_l9_udivrem3(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1) {
+  ocl_ravl_uint4_pair r;
+  register ocl_ravl_uint4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_uint4 x1 __asm__("xmm1") = a1;
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_udivrem3") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_uint4_pair ocl_ravl_l9_udivrem4(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1) {
+  ocl_ravl_uint4_pair r;
+  register ocl_ravl_uint4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_uint4 x1 __asm__("xmm1") = a1;
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_udivrem4") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_uint8_pair ocl_ravl_l9_udivrem8(ocl_ravl_uint8 a0, ocl_ravl_uint8 a1) {
+  ocl_ravl_uint8_pair r;
+  ocl_ravl_uint16 v = __ocl_ravl_l9_udivrem8(a0, a1);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_uint16_pair ocl_ravl_l9_udivrem16(ocl_ravl_uint8 a0_0, ocl_ravl_uint8 a0_1, ocl_ravl_uint8 a1_0, ocl_ravl_uint8 a1_1) {
+  ocl_ravl_uint16_pair r;
+  ocl_ravl_uint32 v = __ocl_ravl_l9_udivrem16(a0_0, a0_1, a1_0, a1_1);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_double_pair ocl_ravl_l9_sincosreg1(double a0) {
+  ocl_ravl_double_pair r;
+  ocl_ravl_double2 v = __ocl_ravl_l9_sincosreg1(a0);
+  r.r0 = v.x;
+  r.r1 = v.y;
+  return r;
+}
+static inline ocl_ravl_double2_pair ocl_ravl_l9_sincosreg2(ocl_ravl_double2 a0) {
+  ocl_ravl_double2_pair r;
+  register ocl_ravl_double2 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_double2 x1 __asm__("xmm1");
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosreg2") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_double4_pair ocl_ravl_l9_sincosreg3(ocl_ravl_double4 a0) {
+  ocl_ravl_double4_pair r;
+  ocl_ravl_double8 v = __ocl_ravl_l9_sincosreg3(a0);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_double4_pair ocl_ravl_l9_sincosreg4(ocl_ravl_double4 a0) {
+  ocl_ravl_double4_pair r;
+  ocl_ravl_double8 v = __ocl_ravl_l9_sincosreg4(a0);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_double8_pair ocl_ravl_l9_sincosreg8(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1) {
+  ocl_ravl_double8_pair r;
+  ocl_ravl_double16 v = __ocl_ravl_l9_sincosreg8(a0_0, a0_1);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_double16_pair ocl_ravl_l9_sincosreg16(const void* arg0) {
+  ocl_ravl_double16_pair r;
+  ocl_ravl_double16 buf[2];
+  __ocl_ravl_l9_sincosreg16(buf, arg0);
+  r.r0 = buf[0];
+  r.r1 = buf[1];
+  return r;
+}
+static inline ocl_ravl_double_pair ocl_ravl_l9_sincosreg1_native(double a0) {
+  ocl_ravl_double_pair r;
+  ocl_ravl_double2 v = __ocl_ravl_l9_sincosreg1_native(a0);
+  r.r0 = v.x;
+  r.r1 = v.y;
+  return r;
+}
+static inline ocl_ravl_double2_pair ocl_ravl_l9_sincosreg2_native(ocl_ravl_double2 a0) {
+  ocl_ravl_double2_pair r;
+  register ocl_ravl_double2 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_double2 x1 __asm__("xmm1");
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosreg2_native") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_double4_pair ocl_ravl_l9_sincosreg3_native(ocl_ravl_double4 a0) {
+  ocl_ravl_double4_pair r;
+  ocl_ravl_double8 v = __ocl_ravl_l9_sincosreg3_native(a0);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_double4_pair ocl_ravl_l9_sincosreg4_native(ocl_ravl_double4 a0) {
+  ocl_ravl_double4_pair r;
+  ocl_ravl_double8 v = __ocl_ravl_l9_sincosreg4_native(a0);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_double8_pair ocl_ravl_l9_sincosreg8_native(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1) {
+  ocl_ravl_double8_pair r;
+  ocl_ravl_double16 v = __ocl_ravl_l9_sincosreg8_native(a0_0, a0_1);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_double16_pair ocl_ravl_l9_sincosreg16_native(const void* arg0) {
+  ocl_ravl_double16_pair r;
+  ocl_ravl_double16 buf[2];
+  __ocl_ravl_l9_sincosreg16_native(buf, arg0);
+  r.r0 = buf[0];
+  r.r1 = buf[1];
+  return r;
+}
+static inline ocl_ravl_float_pair ocl_ravl_l9_sincosregf1(float a0) {
+  ocl_ravl_float_pair r;
+  ocl_ravl_float4 v = __ocl_ravl_l9_sincosregf1(a0);
+  r.r0 = v.x;
+  r.r1 = v.y;
+  return r;
+}
+static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf2(ocl_ravl_float4 a0) {
+  ocl_ravl_float4_pair r;
+  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_float4 x1 __asm__("xmm1");
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf2") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf3(ocl_ravl_float4 a0) {
+  ocl_ravl_float4_pair r;
+  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_float4 x1 __asm__("xmm1");
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf3") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf4(ocl_ravl_float4 a0) {
+  ocl_ravl_float4_pair r;
+  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_float4 x1 __asm__("xmm1");
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf4") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_float8_pair ocl_ravl_l9_sincosregf8(ocl_ravl_float8 a0) {
+  ocl_ravl_float8_pair r;
+  ocl_ravl_float16 v = __ocl_ravl_l9_sincosregf8(a0);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_float16_pair ocl_ravl_l9_sincosregf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1) {
+  ocl_ravl_float16_pair r;
+  ocl_ravl_float32 v = __ocl_ravl_l9_sincosregf16(a0_0, a0_1);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_float_pair ocl_ravl_l9_sincosregf1_native(float a0) {
+  ocl_ravl_float_pair r;
+  ocl_ravl_float4 v = __ocl_ravl_l9_sincosregf1_native(a0);
+  r.r0 = v.x;
+  r.r1 = v.y;
+  return r;
+}
+static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf2_native(ocl_ravl_float4 a0) {
+  ocl_ravl_float4_pair r;
+  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_float4 x1 __asm__("xmm1");
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf2_native") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf3_native(ocl_ravl_float4 a0) {
+  ocl_ravl_float4_pair r;
+  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_float4 x1 __asm__("xmm1");
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf3_native") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf4_native(ocl_ravl_float4 a0) {
+  ocl_ravl_float4_pair r;
+  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
+  register ocl_ravl_float4 x1 __asm__("xmm1");
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf4_native") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
+  r.r0 = x0;
+  r.r1 = x1;
+  return r;
+}
+static inline ocl_ravl_float8_pair ocl_ravl_l9_sincosregf8_native(ocl_ravl_float8 a0) {
+  ocl_ravl_float8_pair r;
+  ocl_ravl_float16 v = __ocl_ravl_l9_sincosregf8_native(a0);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
+static inline ocl_ravl_float16_pair ocl_ravl_l9_sincosregf16_native(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1) {
+  ocl_ravl_float16_pair r;
+  ocl_ravl_float32 v = __ocl_ravl_l9_sincosregf16_native(a0_0, a0_1);
+  r.r0 = v.lo;
+  r.r1 = v.hi;
+  return r;
+}
 
 #ifdef __cplusplus
 }
