@@ -43,7 +43,7 @@ mkdir -p "$work/win"
 for lang in c c++; do
   name=$([ $lang = c ] && echo c || echo cxx)
   clang --target=x86_64-w64-mingw32 -x $lang -O2 -mavx2 -mfma -Wall -Werror -Wno-psabi \
-        -I"$prefix/include" "$here/consumer.c" "$prefix/lib/libocl_ravl_l9.lib" \
+        -I"$prefix/include" "$here/consumer.c" -x none "$prefix/lib/libocl_ravl_l9.lib" \
         -fuse-ld=lld -static -L"$libgcc" $([ $lang = c++ ] && echo -nostdlib++) -o "$work/win/consumer_$name.exe"
 done
 cp "$prefix/bin/libocl_ravl_l9.dll" "$work/win/"
