@@ -285,69 +285,74 @@ def pair_type(t, w):
     return f"ocl_ravl_{stem}_pair", header_type(t, lanes)
 
 
-# The call of a member that returns its two results in xmm0 and xmm1, which no
-# C declaration can express: the wrapper pins the arguments to xmm0 (and
-# xmm1), calls the member from inline assembly and takes both registers back.
-# The call steps over the caller's red zone (Linux), aligns the stack to 16
-# bytes, gives the callee its 32-byte home area (Windows) and names every
-# register the convention lets the callee change.
-PAIR_CALL_MACROS = r"""#if defined(_WIN32)
+# Both results of a two-result member as one struct {r0, r1}, one wrapper a
+# member, each written with one of these macros. The members that return in
+# xmm0 and xmm1, which no C declaration can express, are called from inline
+# assembly with their arguments pinned to xmm0 (and xmm1): the call steps
+# over the caller's red zone (Linux), aligns the stack to 16 bytes, gives the
+# callee its 32-byte home area (Windows) and names every register the
+# convention lets the callee change.
+PAIR_MACROS = r"""#if defined(_WIN32)
 #define OCL_RAVL_PAIR_CALL_(fn)                                                    \
   "push %%rbx\n\tmov %%rsp, %%rbx\n\tand $-16, %%rsp\n\tsub $32, %%rsp\n\t"          \
-  "call *__imp_" fn "(%%rip)\n\tmov %%rbx, %%rsp\n\tpop %%rbx"
+  "call *__imp_" #fn "(%%rip)\n\tmov %%rbx, %%rsp\n\tpop %%rbx"
 #define OCL_RAVL_PAIR_CLOBBERS_ "rax", "rcx", "rdx", "r8", "r9", "r10", "r11",     \
   "xmm2", "xmm3", "xmm4", "xmm5", "memory", "cc"
 #else
 #define OCL_RAVL_PAIR_CALL_(fn)                                                    \
   "lea -128(%%rsp), %%rsp\n\tpush %%rbx\n\tmov %%rsp, %%rbx\n\tand $-16, %%rsp\n\t"   \
-  "call " fn "@PLT\n\tmov %%rbx, %%rsp\n\tpop %%rbx\n\tlea 128(%%rsp), %%rsp"
+  "call " #fn "@PLT\n\tmov %%rbx, %%rsp\n\tpop %%rbx\n\tlea 128(%%rsp), %%rsp"
 #define OCL_RAVL_PAIR_CLOBBERS_ "rax", "rcx", "rdx", "rsi", "rdi", "r8", "r9", "r10", \
   "r11", "xmm2", "xmm3", "xmm4", "xmm5", "xmm6", "xmm7", "memory", "cc"
-#endif"""
+#endif
+/* arguments in xmm0 (and xmm1: init1 is `= a1`, mode1 "+x"); results in xmm0 and xmm1 */
+#define OCL_RAVL_PAIR_XMM_(PT, T, fn, init1, mode1)                                \
+  register T x0 __asm__("xmm0") = a0;                                              \
+  register T x1 __asm__("xmm1") init1;                                             \
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_(fn) : "+x"(x0), mode1(x1) : : OCL_RAVL_PAIR_CLOBBERS_); \
+  PT r = {x0, x1};                                                                 \
+  return r;
+#define OCL_RAVL_PAIR_XMM1_(PT, T, wrap, fn)                                       \
+  static inline PT wrap(T a0) { OCL_RAVL_PAIR_XMM_(PT, T, fn, , "=x") }
+#define OCL_RAVL_PAIR_XMM2_(PT, T, wrap, fn)                                       \
+  static inline PT wrap(T a0, T a1) { OCL_RAVL_PAIR_XMM_(PT, T, fn, = a1, "+x") }
+/* one vector V holding both: the halves (wider members), or lanes 0 and 1 (width 1) */
+#define OCL_RAVL_PAIR_HALVES_(PT, V, wrap, fn, P, A)                                \
+  static inline PT wrap P { V v = fn A; PT r = {v.lo, v.hi}; return r; }
+#define OCL_RAVL_PAIR_LANES_(PT, V, wrap, fn, P, A)                                 \
+  static inline PT wrap P { V v = fn A; PT r = {v.x, v.y}; return r; }
+/* integer width 1: both in rax, the first in the low half */
+#define OCL_RAVL_PAIR_RAX_(PT, E, wrap, fn, P, A)                                   \
+  static inline PT wrap P {                                                        \
+    uint64_t v = fn A;                                                             \
+    PT r = {(E)(uint32_t)v, (E)(uint32_t)(v >> 32)};                               \
+    return r;                                                                      \
+  }
+/* by address: both images one after the other in the result buffer */
+#define OCL_RAVL_PAIR_MEM_(PT, E, wrap, fn, P, A)                                   \
+  static inline PT wrap P { E buf[2]; fn A; PT r = {buf[0], buf[1]}; return r; }"""
 
 
 def pair_wrapper(f, cls, w, name):
-    """A static inline function returning both results of a two-result member
-    as a struct {r0, r1} (sincosreg: sine, cosine; idivrem: quotient,
-    remainder), under the member's name less its leading underscores."""
+    """The wrapper of a two-result member, under the member's name less its
+    leading underscores."""
     r0 = f.results[0]
     pt, et = pair_type(r0, w)
     wrap = name[2:]
     if by_address(f, w):
         n = len(f.args)
-        params = ", ".join(f"const void* arg{i}" for i in range(n))
-        call = ", ".join(["buf"] + [f"arg{i}" for i in range(n)])
-        return [f"static inline {pt} {wrap}({params}) {{",
-                f"  {pt} r;",
-                f"  {et} buf[2];",
-                f"  {name}({call});",
-                "  r.r0 = buf[0];",
-                "  r.r1 = buf[1];",
-                "  return r;",
-                "}"]
+        params = ", ".join(f"const void* a{i}" for i in range(n))
+        args = ", ".join(["buf"] + [f"a{i}" for i in range(n)])
+        return f"OCL_RAVL_PAIR_MEM_({pt}, {et}, {wrap}, {name}, ({params}), ({args}))"
     params = header_params(f, w)
-    sig = ", ".join(f"{t} {n}" for t, n in params)
-    out = [f"static inline {pt} {wrap}({sig}) {{", f"  {pt} r;"]
     if split_thunk(f, w):
-        regs_in = []
-        for k, (t, n) in enumerate(params):
-            out.append(f'  register {t} x{k} __asm__("xmm{k}") = {n};')
-            regs_in.append(k)
-        if len(params) < 2:
-            out.append(f'  register {et} x1 __asm__("xmm1");')
-        ops = f'"+x"(x0), "{"+" if len(params) > 1 else "="}x"(x1)'
-        out.append(f'  __asm__ volatile(OCL_RAVL_PAIR_CALL_("{name}") : {ops} : : OCL_RAVL_PAIR_CLOBBERS_);')
-        out += ["  r.r0 = x0;", "  r.r1 = x1;"]
-    else:
-        call = ", ".join(n for t, n in params)
-        if w == 1 and not LANE[r0][3]:
-            out.append(f"  uint64_t v = {name}({call});")
-            out += [f"  r.r0 = ({et})(uint32_t)v;", f"  r.r1 = ({et})(uint32_t)(v >> 32);"]
-        else:
-            out.append(f"  {header_type(r0, ret_lanes(f, w))} v = {name}({call});")
-            out += ["  r.r0 = v.x;", "  r.r1 = v.y;"] if w == 1 else ["  r.r0 = v.lo;", "  r.r1 = v.hi;"]
-    out += ["  return r;", "}"]
-    return out
+        return f"OCL_RAVL_PAIR_XMM{len(params)}_({pt}, {et}, {wrap}, {name})"
+    p = "(" + ", ".join(f"{t} {n}" for t, n in params) + ")"
+    a = "(" + ", ".join(n for t, n in params) + ")"
+    if w == 1 and not LANE[r0][3]:
+        return f"OCL_RAVL_PAIR_RAX_({pt}, {et}, {wrap}, {name}, {p}, {a})"
+    kind = "LANES" if w == 1 else "HALVES"
+    return f"OCL_RAVL_PAIR_{kind}_({pt}, {header_type(r0, ret_lanes(f, w))}, {wrap}, {name}, {p}, {a})"
 
 
 def header_text(fams, mem):
@@ -399,9 +404,9 @@ def header_text(fams, mem):
                 types.append(t)
         for pt, et in types:
             out.append(f"typedef struct {{ {et} r0, r1; }} {pt};")
-        out += ["", PAIR_CALL_MACROS, ""]
+        out += ["", PAIR_MACROS, ""]
         for name, body, f, cls, w in pairs:
-            out += pair_wrapper(f, cls, w, name)
+            out.append(pair_wrapper(f, cls, w, name))
     out += ["", "#ifdef __cplusplus", "}", "#endif", "#endif", ""]
     return "\n".join(out)
 

@@ -48,7 +48,8 @@ def read_opencl(path):
 
 
 def single(f):
-    return (f.results + f.args)[0] == "s" or f.results[0] == "s"
+    """A family on single lanes (expf, ilogbf, nanf), whose name ends in f."""
+    return "s" in f.results + f.args
 
 
 def convert_builtin(name, w):

@@ -2209,299 +2209,79 @@ typedef struct { ocl_ravl_float16 r0, r1; } ocl_ravl_float16_pair;
 #if defined(_WIN32)
 #define OCL_RAVL_PAIR_CALL_(fn)                                                    \
   "push %%rbx\n\tmov %%rsp, %%rbx\n\tand $-16, %%rsp\n\tsub $32, %%rsp\n\t"          \
-  "call *__imp_" fn "(%%rip)\n\tmov %%rbx, %%rsp\n\tpop %%rbx"
+  "call *__imp_" #fn "(%%rip)\n\tmov %%rbx, %%rsp\n\tpop %%rbx"
 #define OCL_RAVL_PAIR_CLOBBERS_ "rax", "rcx", "rdx", "r8", "r9", "r10", "r11",     \
   "xmm2", "xmm3", "xmm4", "xmm5", "memory", "cc"
 #else
 #define OCL_RAVL_PAIR_CALL_(fn)                                                    \
   "lea -128(%%rsp), %%rsp\n\tpush %%rbx\n\tmov %%rsp, %%rbx\n\tand $-16, %%rsp\n\t"   \
-  "call " fn "@PLT\n\tmov %%rbx, %%rsp\n\tpop %%rbx\n\tlea 128(%%rsp), %%rsp"
+  "call " #fn "@PLT\n\tmov %%rbx, %%rsp\n\tpop %%rbx\n\tlea 128(%%rsp), %%rsp"
 #define OCL_RAVL_PAIR_CLOBBERS_ "rax", "rcx", "rdx", "rsi", "rdi", "r8", "r9", "r10", \
   "r11", "xmm2", "xmm3", "xmm4", "xmm5", "xmm6", "xmm7", "memory", "cc"
 #endif
+/* arguments in xmm0 (and xmm1: init1 is `= a1`, mode1 "+x"); results in xmm0 and xmm1 */
+#define OCL_RAVL_PAIR_XMM_(PT, T, fn, init1, mode1)                                \
+  register T x0 __asm__("xmm0") = a0;                                              \
+  register T x1 __asm__("xmm1") init1;                                             \
+  __asm__ volatile(OCL_RAVL_PAIR_CALL_(fn) : "+x"(x0), mode1(x1) : : OCL_RAVL_PAIR_CLOBBERS_); \
+  PT r = {x0, x1};                                                                 \
+  return r;
+#define OCL_RAVL_PAIR_XMM1_(PT, T, wrap, fn)                                       \
+  static inline PT wrap(T a0) { OCL_RAVL_PAIR_XMM_(PT, T, fn, , "=x") }
+#define OCL_RAVL_PAIR_XMM2_(PT, T, wrap, fn)                                       \
+  static inline PT wrap(T a0, T a1) { OCL_RAVL_PAIR_XMM_(PT, T, fn, = a1, "+x") }
+/* one vector V holding both: the halves (wider members), or lanes 0 and 1 (width 1) */
+#define OCL_RAVL_PAIR_HALVES_(PT, V, wrap, fn, P, A)                                \
+  static inline PT wrap P { V v = fn A; PT r = {v.lo, v.hi}; return r; }
+#define OCL_RAVL_PAIR_LANES_(PT, V, wrap, fn, P, A)                                 \
+  static inline PT wrap P { V v = fn A; PT r = {v.x, v.y}; return r; }
+/* integer width 1: both in rax, the first in the low half */
+#define OCL_RAVL_PAIR_RAX_(PT, E, wrap, fn, P, A)                                   \
+  static inline PT wrap P {                                                        \
+    uint64_t v = fn A;                                                             \
+    PT r = {(E)(uint32_t)v, (E)(uint32_t)(v >> 32)};                               \
+    return r;                                                                      \
+  }
+/* by address: both images one after the other in the result buffer */
+#define OCL_RAVL_PAIR_MEM_(PT, E, wrap, fn, P, A)                                   \
+  static inline PT wrap P { E buf[2]; fn A; PT r = {buf[0], buf[1]}; return r; }
 
-static inline ocl_ravl_int_pair ocl_ravl_l9_idivrem1(int32_t a0, int32_t a1) {
-  ocl_ravl_int_pair r;
-  uint64_t v = __ocl_ravl_l9_idivrem1(a0, a1);
-  r.r0 = (int32_t)(uint32_t)v;
-  r.r1 = (int32_t)(uint32_t)(v >> 32);
-  return r;
-}
-static inline ocl_ravl_int4_pair ocl_ravl_l9_idivrem2(ocl_ravl_int4 a0, ocl_ravl_int4 a1) {
-  ocl_ravl_int4_pair r;
-  register ocl_ravl_int4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_int4 x1 __asm__("xmm1") = a1;
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_idivrem2") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_int4_pair ocl_ravl_l9_idivrem3(ocl_ravl_int4 a0, ocl_ravl_int4 a1) {
-  ocl_ravl_int4_pair r;
-  register ocl_ravl_int4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_int4 x1 __asm__("xmm1") = a1;
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_idivrem3") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_int4_pair ocl_ravl_l9_idivrem4(ocl_ravl_int4 a0, ocl_ravl_int4 a1) {
-  ocl_ravl_int4_pair r;
-  register ocl_ravl_int4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_int4 x1 __asm__("xmm1") = a1;
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_idivrem4") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_int8_pair ocl_ravl_l9_idivrem8(ocl_ravl_int8 a0, ocl_ravl_int8 a1) {
-  ocl_ravl_int8_pair r;
-  ocl_ravl_int16 v = __ocl_ravl_l9_idivrem8(a0, a1);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_int16_pair ocl_ravl_l9_idivrem16(ocl_ravl_int8 a0_0, ocl_ravl_int8 a0_1, ocl_ravl_int8 a1_0, ocl_ravl_int8 a1_1) {
-  ocl_ravl_int16_pair r;
-  ocl_ravl_int32 v = __ocl_ravl_l9_idivrem16(a0_0, a0_1, a1_0, a1_1);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_uint_pair ocl_ravl_l9_udivrem1(uint32_t a0, uint32_t a1) {
-  ocl_ravl_uint_pair r;
-  uint64_t v = __ocl_ravl_l9_udivrem1(a0, a1);
-  r.r0 = (uint32_t)(uint32_t)v;
-  r.r1 = (uint32_t)(uint32_t)(v >> 32);
-  return r;
-}
-static inline ocl_ravl_uint4_pair ocl_ravl_l9_udivrem2(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1) {
-  ocl_ravl_uint4_pair r;
-  register ocl_ravl_uint4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_uint4 x1 __asm__("xmm1") = a1;
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_udivrem2") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_uint4_pair ocl_ravl_l9_udivrem3(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1) {
-  ocl_ravl_uint4_pair r;
-  register ocl_ravl_uint4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_uint4 x1 __asm__("xmm1") = a1;
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_udivrem3") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_uint4_pair ocl_ravl_l9_udivrem4(ocl_ravl_uint4 a0, ocl_ravl_uint4 a1) {
-  ocl_ravl_uint4_pair r;
-  register ocl_ravl_uint4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_uint4 x1 __asm__("xmm1") = a1;
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_udivrem4") : "+x"(x0), "+x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_uint8_pair ocl_ravl_l9_udivrem8(ocl_ravl_uint8 a0, ocl_ravl_uint8 a1) {
-  ocl_ravl_uint8_pair r;
-  ocl_ravl_uint16 v = __ocl_ravl_l9_udivrem8(a0, a1);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_uint16_pair ocl_ravl_l9_udivrem16(ocl_ravl_uint8 a0_0, ocl_ravl_uint8 a0_1, ocl_ravl_uint8 a1_0, ocl_ravl_uint8 a1_1) {
-  ocl_ravl_uint16_pair r;
-  ocl_ravl_uint32 v = __ocl_ravl_l9_udivrem16(a0_0, a0_1, a1_0, a1_1);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_double_pair ocl_ravl_l9_sincosreg1(double a0) {
-  ocl_ravl_double_pair r;
-  ocl_ravl_double2 v = __ocl_ravl_l9_sincosreg1(a0);
-  r.r0 = v.x;
-  r.r1 = v.y;
-  return r;
-}
-static inline ocl_ravl_double2_pair ocl_ravl_l9_sincosreg2(ocl_ravl_double2 a0) {
-  ocl_ravl_double2_pair r;
-  register ocl_ravl_double2 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_double2 x1 __asm__("xmm1");
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosreg2") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_double4_pair ocl_ravl_l9_sincosreg3(ocl_ravl_double4 a0) {
-  ocl_ravl_double4_pair r;
-  ocl_ravl_double8 v = __ocl_ravl_l9_sincosreg3(a0);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_double4_pair ocl_ravl_l9_sincosreg4(ocl_ravl_double4 a0) {
-  ocl_ravl_double4_pair r;
-  ocl_ravl_double8 v = __ocl_ravl_l9_sincosreg4(a0);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_double8_pair ocl_ravl_l9_sincosreg8(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1) {
-  ocl_ravl_double8_pair r;
-  ocl_ravl_double16 v = __ocl_ravl_l9_sincosreg8(a0_0, a0_1);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_double16_pair ocl_ravl_l9_sincosreg16(const void* arg0) {
-  ocl_ravl_double16_pair r;
-  ocl_ravl_double16 buf[2];
-  __ocl_ravl_l9_sincosreg16(buf, arg0);
-  r.r0 = buf[0];
-  r.r1 = buf[1];
-  return r;
-}
-static inline ocl_ravl_double_pair ocl_ravl_l9_sincosreg1_native(double a0) {
-  ocl_ravl_double_pair r;
-  ocl_ravl_double2 v = __ocl_ravl_l9_sincosreg1_native(a0);
-  r.r0 = v.x;
-  r.r1 = v.y;
-  return r;
-}
-static inline ocl_ravl_double2_pair ocl_ravl_l9_sincosreg2_native(ocl_ravl_double2 a0) {
-  ocl_ravl_double2_pair r;
-  register ocl_ravl_double2 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_double2 x1 __asm__("xmm1");
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosreg2_native") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_double4_pair ocl_ravl_l9_sincosreg3_native(ocl_ravl_double4 a0) {
-  ocl_ravl_double4_pair r;
-  ocl_ravl_double8 v = __ocl_ravl_l9_sincosreg3_native(a0);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_double4_pair ocl_ravl_l9_sincosreg4_native(ocl_ravl_double4 a0) {
-  ocl_ravl_double4_pair r;
-  ocl_ravl_double8 v = __ocl_ravl_l9_sincosreg4_native(a0);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_double8_pair ocl_ravl_l9_sincosreg8_native(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1) {
-  ocl_ravl_double8_pair r;
-  ocl_ravl_double16 v = __ocl_ravl_l9_sincosreg8_native(a0_0, a0_1);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_double16_pair ocl_ravl_l9_sincosreg16_native(const void* arg0) {
-  ocl_ravl_double16_pair r;
-  ocl_ravl_double16 buf[2];
-  __ocl_ravl_l9_sincosreg16_native(buf, arg0);
-  r.r0 = buf[0];
-  r.r1 = buf[1];
-  return r;
-}
-static inline ocl_ravl_float_pair ocl_ravl_l9_sincosregf1(float a0) {
-  ocl_ravl_float_pair r;
-  ocl_ravl_float4 v = __ocl_ravl_l9_sincosregf1(a0);
-  r.r0 = v.x;
-  r.r1 = v.y;
-  return r;
-}
-static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf2(ocl_ravl_float4 a0) {
-  ocl_ravl_float4_pair r;
-  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_float4 x1 __asm__("xmm1");
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf2") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf3(ocl_ravl_float4 a0) {
-  ocl_ravl_float4_pair r;
-  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_float4 x1 __asm__("xmm1");
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf3") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf4(ocl_ravl_float4 a0) {
-  ocl_ravl_float4_pair r;
-  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_float4 x1 __asm__("xmm1");
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf4") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_float8_pair ocl_ravl_l9_sincosregf8(ocl_ravl_float8 a0) {
-  ocl_ravl_float8_pair r;
-  ocl_ravl_float16 v = __ocl_ravl_l9_sincosregf8(a0);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_float16_pair ocl_ravl_l9_sincosregf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1) {
-  ocl_ravl_float16_pair r;
-  ocl_ravl_float32 v = __ocl_ravl_l9_sincosregf16(a0_0, a0_1);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_float_pair ocl_ravl_l9_sincosregf1_native(float a0) {
-  ocl_ravl_float_pair r;
-  ocl_ravl_float4 v = __ocl_ravl_l9_sincosregf1_native(a0);
-  r.r0 = v.x;
-  r.r1 = v.y;
-  return r;
-}
-static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf2_native(ocl_ravl_float4 a0) {
-  ocl_ravl_float4_pair r;
-  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_float4 x1 __asm__("xmm1");
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf2_native") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf3_native(ocl_ravl_float4 a0) {
-  ocl_ravl_float4_pair r;
-  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_float4 x1 __asm__("xmm1");
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf3_native") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_float4_pair ocl_ravl_l9_sincosregf4_native(ocl_ravl_float4 a0) {
-  ocl_ravl_float4_pair r;
-  register ocl_ravl_float4 x0 __asm__("xmm0") = a0;
-  register ocl_ravl_float4 x1 __asm__("xmm1");
-  __asm__ volatile(OCL_RAVL_PAIR_CALL_("__ocl_ravl_l9_sincosregf4_native") : "+x"(x0), "=x"(x1) : : OCL_RAVL_PAIR_CLOBBERS_);
-  r.r0 = x0;
-  r.r1 = x1;
-  return r;
-}
-static inline ocl_ravl_float8_pair ocl_ravl_l9_sincosregf8_native(ocl_ravl_float8 a0) {
-  ocl_ravl_float8_pair r;
-  ocl_ravl_float16 v = __ocl_ravl_l9_sincosregf8_native(a0);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
-static inline ocl_ravl_float16_pair ocl_ravl_l9_sincosregf16_native(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1) {
-  ocl_ravl_float16_pair r;
-  ocl_ravl_float32 v = __ocl_ravl_l9_sincosregf16_native(a0_0, a0_1);
-  r.r0 = v.lo;
-  r.r1 = v.hi;
-  return r;
-}
+OCL_RAVL_PAIR_RAX_(ocl_ravl_int_pair, int32_t, ocl_ravl_l9_idivrem1, __ocl_ravl_l9_idivrem1, (int32_t a0, int32_t a1), (a0, a1))
+OCL_RAVL_PAIR_XMM2_(ocl_ravl_int4_pair, ocl_ravl_int4, ocl_ravl_l9_idivrem2, __ocl_ravl_l9_idivrem2)
+OCL_RAVL_PAIR_XMM2_(ocl_ravl_int4_pair, ocl_ravl_int4, ocl_ravl_l9_idivrem3, __ocl_ravl_l9_idivrem3)
+OCL_RAVL_PAIR_XMM2_(ocl_ravl_int4_pair, ocl_ravl_int4, ocl_ravl_l9_idivrem4, __ocl_ravl_l9_idivrem4)
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_int8_pair, ocl_ravl_int16, ocl_ravl_l9_idivrem8, __ocl_ravl_l9_idivrem8, (ocl_ravl_int8 a0, ocl_ravl_int8 a1), (a0, a1))
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_int16_pair, ocl_ravl_int32, ocl_ravl_l9_idivrem16, __ocl_ravl_l9_idivrem16, (ocl_ravl_int8 a0_0, ocl_ravl_int8 a0_1, ocl_ravl_int8 a1_0, ocl_ravl_int8 a1_1), (a0_0, a0_1, a1_0, a1_1))
+OCL_RAVL_PAIR_RAX_(ocl_ravl_uint_pair, uint32_t, ocl_ravl_l9_udivrem1, __ocl_ravl_l9_udivrem1, (uint32_t a0, uint32_t a1), (a0, a1))
+OCL_RAVL_PAIR_XMM2_(ocl_ravl_uint4_pair, ocl_ravl_uint4, ocl_ravl_l9_udivrem2, __ocl_ravl_l9_udivrem2)
+OCL_RAVL_PAIR_XMM2_(ocl_ravl_uint4_pair, ocl_ravl_uint4, ocl_ravl_l9_udivrem3, __ocl_ravl_l9_udivrem3)
+OCL_RAVL_PAIR_XMM2_(ocl_ravl_uint4_pair, ocl_ravl_uint4, ocl_ravl_l9_udivrem4, __ocl_ravl_l9_udivrem4)
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_uint8_pair, ocl_ravl_uint16, ocl_ravl_l9_udivrem8, __ocl_ravl_l9_udivrem8, (ocl_ravl_uint8 a0, ocl_ravl_uint8 a1), (a0, a1))
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_uint16_pair, ocl_ravl_uint32, ocl_ravl_l9_udivrem16, __ocl_ravl_l9_udivrem16, (ocl_ravl_uint8 a0_0, ocl_ravl_uint8 a0_1, ocl_ravl_uint8 a1_0, ocl_ravl_uint8 a1_1), (a0_0, a0_1, a1_0, a1_1))
+OCL_RAVL_PAIR_LANES_(ocl_ravl_double_pair, ocl_ravl_double2, ocl_ravl_l9_sincosreg1, __ocl_ravl_l9_sincosreg1, (double a0), (a0))
+OCL_RAVL_PAIR_XMM1_(ocl_ravl_double2_pair, ocl_ravl_double2, ocl_ravl_l9_sincosreg2, __ocl_ravl_l9_sincosreg2)
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_double4_pair, ocl_ravl_double8, ocl_ravl_l9_sincosreg3, __ocl_ravl_l9_sincosreg3, (ocl_ravl_double4 a0), (a0))
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_double4_pair, ocl_ravl_double8, ocl_ravl_l9_sincosreg4, __ocl_ravl_l9_sincosreg4, (ocl_ravl_double4 a0), (a0))
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_double8_pair, ocl_ravl_double16, ocl_ravl_l9_sincosreg8, __ocl_ravl_l9_sincosreg8, (ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1), (a0_0, a0_1))
+OCL_RAVL_PAIR_MEM_(ocl_ravl_double16_pair, ocl_ravl_double16, ocl_ravl_l9_sincosreg16, __ocl_ravl_l9_sincosreg16, (const void* a0), (buf, a0))
+OCL_RAVL_PAIR_LANES_(ocl_ravl_double_pair, ocl_ravl_double2, ocl_ravl_l9_sincosreg1_native, __ocl_ravl_l9_sincosreg1_native, (double a0), (a0))
+OCL_RAVL_PAIR_XMM1_(ocl_ravl_double2_pair, ocl_ravl_double2, ocl_ravl_l9_sincosreg2_native, __ocl_ravl_l9_sincosreg2_native)
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_double4_pair, ocl_ravl_double8, ocl_ravl_l9_sincosreg3_native, __ocl_ravl_l9_sincosreg3_native, (ocl_ravl_double4 a0), (a0))
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_double4_pair, ocl_ravl_double8, ocl_ravl_l9_sincosreg4_native, __ocl_ravl_l9_sincosreg4_native, (ocl_ravl_double4 a0), (a0))
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_double8_pair, ocl_ravl_double16, ocl_ravl_l9_sincosreg8_native, __ocl_ravl_l9_sincosreg8_native, (ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1), (a0_0, a0_1))
+OCL_RAVL_PAIR_MEM_(ocl_ravl_double16_pair, ocl_ravl_double16, ocl_ravl_l9_sincosreg16_native, __ocl_ravl_l9_sincosreg16_native, (const void* a0), (buf, a0))
+OCL_RAVL_PAIR_LANES_(ocl_ravl_float_pair, ocl_ravl_float4, ocl_ravl_l9_sincosregf1, __ocl_ravl_l9_sincosregf1, (float a0), (a0))
+OCL_RAVL_PAIR_XMM1_(ocl_ravl_float4_pair, ocl_ravl_float4, ocl_ravl_l9_sincosregf2, __ocl_ravl_l9_sincosregf2)
+OCL_RAVL_PAIR_XMM1_(ocl_ravl_float4_pair, ocl_ravl_float4, ocl_ravl_l9_sincosregf3, __ocl_ravl_l9_sincosregf3)
+OCL_RAVL_PAIR_XMM1_(ocl_ravl_float4_pair, ocl_ravl_float4, ocl_ravl_l9_sincosregf4, __ocl_ravl_l9_sincosregf4)
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_float8_pair, ocl_ravl_float16, ocl_ravl_l9_sincosregf8, __ocl_ravl_l9_sincosregf8, (ocl_ravl_float8 a0), (a0))
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_float16_pair, ocl_ravl_float32, ocl_ravl_l9_sincosregf16, __ocl_ravl_l9_sincosregf16, (ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1), (a0_0, a0_1))
+OCL_RAVL_PAIR_LANES_(ocl_ravl_float_pair, ocl_ravl_float4, ocl_ravl_l9_sincosregf1_native, __ocl_ravl_l9_sincosregf1_native, (float a0), (a0))
+OCL_RAVL_PAIR_XMM1_(ocl_ravl_float4_pair, ocl_ravl_float4, ocl_ravl_l9_sincosregf2_native, __ocl_ravl_l9_sincosregf2_native)
+OCL_RAVL_PAIR_XMM1_(ocl_ravl_float4_pair, ocl_ravl_float4, ocl_ravl_l9_sincosregf3_native, __ocl_ravl_l9_sincosregf3_native)
+OCL_RAVL_PAIR_XMM1_(ocl_ravl_float4_pair, ocl_ravl_float4, ocl_ravl_l9_sincosregf4_native, __ocl_ravl_l9_sincosregf4_native)
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_float8_pair, ocl_ravl_float16, ocl_ravl_l9_sincosregf8_native, __ocl_ravl_l9_sincosregf8_native, (ocl_ravl_float8 a0), (a0))
+OCL_RAVL_PAIR_HALVES_(ocl_ravl_float16_pair, ocl_ravl_float32, ocl_ravl_l9_sincosregf16_native, __ocl_ravl_l9_sincosregf16_native, (ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1), (a0_0, a0_1))
 
 #ifdef __cplusplus
 }

@@ -90,3 +90,21 @@ define double @t_ldexp1(double %x, i32 %n) {
   %v = call cc 77 double @__ocl_ravl_l9_ldexp1(double %x, i32 %n)
   ret double %v
 }
+
+define void @t_ldexp3(ptr %x, ptr %n, ptr %r) {
+  %a = load <3 x double>, ptr %x, align 8
+  %b = load <3 x i32>, ptr %n, align 4
+  %v = call cc 77 <3 x double> @__ocl_ravl_l9_ldexp3(<3 x double> %a, <3 x i32> %b)
+  store <3 x double> %v, ptr %r, align 8
+  ret void
+}
+
+define <2 x float> @t_sincosregf1(float %x) {
+  %v = call cc 77 <2 x float> @__ocl_ravl_l9_sincosregf1(float %x)
+  ret <2 x float> %v
+}
+
+define i64 @t_idivrem1(i32 %x, i32 %y) {
+  %v = call cc 77 i64 @__ocl_ravl_l9_idivrem1(i32 %x, i32 %y)
+  ret i64 %v
+}

@@ -16,6 +16,10 @@ void t_sincosreg4(const double*, double*, double*);
 void t_sincosregf2(const float*, float*, float*);
 void t_fma16(double*, const double*, const double*, const double*);
 double t_ldexp1(double, int32_t);
+void t_ldexp3(const double*, const int32_t*, double*);
+typedef float float2_ __attribute__((ext_vector_type(2)));
+float2_ t_sincosregf1(float);
+int64_t t_idivrem1(int32_t, int32_t);
 
 static int failures;
 #define SAME(a, b, n, what)                                      \
@@ -102,6 +106,21 @@ int main(void) {
 
   double l = t_ldexp1(0.75, 10);
   if (l != 768.0) { printf("ir: FAILED ldexp1\n"); failures++; }
+
+  int32_t n3[4] = {3, -2, 1000, 0};
+  double l3[4] = {0, 0, 0, 0};
+  ocl_ravl_int4 n4;
+  memcpy(&n4, n3, 16);
+  ocl_ravl_double4 lc = __ocl_ravl_l9_ldexp4(x4, n4);
+  t_ldexp3(xd, n3, l3);
+  SAME(l3, &lc, 24, "ldexp3");
+
+  float c1;
+  float s1 = __ocl_ravl_l9_sincosf1(0.5f, &c1);
+  float2_ sc1 = t_sincosregf1(0.5f);
+  if (sc1.x != s1 || sc1.y != c1) { printf("ir: FAILED sincosregf1\n"); failures++; }
+  int64_t qr = t_idivrem1(-7, 2);
+  if ((int32_t)qr != -3 || (int32_t)(qr >> 32) != -1) { printf("ir: FAILED idivrem1\n"); failures++; }
 
   if (failures) return 1;
   printf("ir: ok\n");
