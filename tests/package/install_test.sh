@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs the build into a temporary prefix and builds consumers against the
 # installed files only: with pkg-config (C and C++), with find_package (C and
-# C++), and for Windows against the import library libocl_ravl_l9.lib (run
-# under Wine beside the installed DLL). Each consumer prints "consumer: ok".
+# C++), and for Windows against the import library libocl_ravl_l9.lib: MinGW
+# (C and C++, linked by clang with lld) and the MSVC target (linked by
+# lld-link), run under Wine beside the installed DLL.
 #   install_test.sh BUILD_DIR SOURCE_DIR WINEPREFIX MINGW_LIBGCC_DIR
 set -euo pipefail
 build=$1 src=$2 wineprefix=$3 libgcc=$4
@@ -50,6 +51,15 @@ cp "$prefix/bin/libocl_ravl_l9.dll" "$work/win/"
 # an import library (what MSVC's link and lld-link read): __imp_ pointers for every export
 [ "$(llvm-nm "$prefix/lib/libocl_ravl_l9.lib" | grep -c ' __imp___ocl_ravl_l9_')" = \
   "$(grep -c '^  __ocl_ravl_l9_' "$prefix/lib/libocl_ravl_l9.def")" ]
+# the MSVC target's objects, linked by lld-link with no C runtime
+clang --target=x86_64-pc-windows-msvc -O2 -mavx2 -mfma -Wall -Werror -Wno-psabi -ffreestanding \
+      -mno-stack-arg-probe -I"$prefix/include" -c "$here/msvc_entry.c" -o "$work/win/msvc_entry.obj"
+lld-link /nologo /subsystem:console /entry:ravl_consumer_entry /nodefaultlib "$work/win/msvc_entry.obj" \
+         "$prefix/lib/libocl_ravl_l9.lib" /out:"$work/win/consumer_msvc.exe"
 export WINEPREFIX=$wineprefix WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
 (cd "$work/win" && wine consumer_c.exe && wine consumer_cxx.exe) | tr -d '\r'
-echo "install test: 6 consumers ok"
+rc=0
+(cd "$work/win" && wine consumer_msvc.exe) || rc=$?
+[ $rc = 42 ] || { echo "consumer_msvc.exe: exit code $rc, not 42"; exit 1; }
+echo "consumer: ok (MSVC target, lld-link)"
+echo "install test: 7 consumers ok"
