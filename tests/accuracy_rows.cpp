@@ -193,6 +193,18 @@ const struct {
     {"tanh", "fast", 221},      // 220.0 (expm1's fast kernel near 2|x| = ln2/256)
     {"tanhf", "full", 0.501},   // 0.500
     {"tanhf", "fast", 0.501},   // 0.500
+    {"asinh", "full", 4},
+    {"asinh", "fast", 4},
+    {"asinhf", "full", 4},
+    {"asinhf", "fast", 4},
+    {"acosh", "full", 4},
+    {"acosh", "fast", 4},
+    {"acoshf", "full", 4},
+    {"acoshf", "fast", 4},
+    {"atanh", "full", 4},
+    {"atanh", "fast", 4},
+    {"atanhf", "full", 4},
+    {"atanhf", "fast", 4},
     // Single trigonometric families: every positive single (tools/exhaustive/exhaustive_trigf.cpp).
     {"sinf", "full", 2.38},       // 2.370 fast path (the designed kernel), 0.5005 full range
     {"sinf", "fast", 2525},       // 2524.5 (the degree-5 kernel; half_sin allows 8192)
@@ -333,6 +345,31 @@ const Range kRanges[] = {
     {"tanh", "intervals", 0.125, 22, kBitPatterns},
     {"tanh", "huge", 22, kDMax, kBitPatterns},
     {"tanhf", "every", 0, kFMax, kEvery},
+    // asinh, acosh, atanh: moderate arguments, the tiny bound (2^-27 double,
+    // 2^-12 single), x near 1 (acosh) and |x| near 1 (atanh), the switch to w =
+    // 2|x| at 2^28 and the scalar routine's range above 2^1000.
+    {"asinh", "moderate", -4, 4},
+    {"asinh", "small", 0x1p-60, 1, kBitPatterns},
+    {"asinh", "tiny_bound", 0x1p-28, 0x1p-26, kBitPatterns},
+    {"asinh", "wide", 1, 0x1p1000, kBitPatterns},
+    {"asinh", "big_bound", 0x1p27, 0x1p29, kBitPatterns},
+    {"asinh", "huge", 0x1p1000, kDMax, kBitPatterns},
+    {"acosh", "moderate", 1, 4},
+    {"acosh", "near_one", 1, 1.0001},
+    {"acosh", "one_binade", 1, 2, kBitPatterns},
+    {"acosh", "wide", 2, 0x1p1000, kBitPatterns},
+    {"acosh", "big_bound", 0x1p27, 0x1p29, kBitPatterns},
+    {"acosh", "huge", 0x1p1000, kDMax, kBitPatterns},
+    {"atanh", "moderate", -1, 1},
+    {"atanh", "small", 0x1p-60, 0.5, kBitPatterns},
+    {"atanh", "tiny_bound", 0x1p-28, 0x1p-26, kBitPatterns},
+    {"atanh", "near_one", 0.5, 1, kBitPatterns},
+    {"atanh", "very_near_one", 0.9999999, 1, kBitPatterns},
+    {"asinhf", "every", 0, kFMax, kEvery},
+    {"acoshf", "every", 1, kFMax, kEvery},
+    {"acoshf", "near_one", 1, 1.001, kEvery},
+    {"atanhf", "every", 0, 1, kEvery},
+    {"atanhf", "near_one", 0.999, 1, kEvery},
 };
 // The arc tangents: the nodes' range, every binade (huge and tiny included);
 // atan2 in each quadrant over every exponent difference, near the diagonal,
