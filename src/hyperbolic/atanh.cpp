@@ -70,7 +70,9 @@ template <class Ln> struct Atanh : frame::Kernel {
     }
     if (a > 1) {
       double z = opaque(x) - x;  // 0 for finite x, NaN for +-inf
-      *rp = z / z;               // invalid: NaN
+      // invalid: NaN, with the sign of x so that atanh(-x) = -atanh(x) bit
+      // for bit at every x.
+      *rp = __builtin_copysign(z / z, x);
       return kStatusDomain;
     }
     *rp = vec<2>(F64x2(x))[0];
