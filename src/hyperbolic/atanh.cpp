@@ -10,7 +10,7 @@
 //
 // Classes and measured max errors (tests/accuracy_test.cpp against MPFR; the
 // test asserts the bounds kept in its table, kBounds):
-//   atanh   plain     full   see kBounds: 1 + 2a/(1 - a) as a double-double, ln full
+//   atanh   plain     full   see kBounds: (1 + a)/(1 - a) as a double-double, ln full
 //   atanh   _native   fast   the same argument, the fast ln(u + c)
 //   atanhf  plain     full   the argument in double on the widened lanes, the fast ln (its 2^-51
 //   atanhf  _native   fast   relative error is far below a single's last place), rounded once: one algorithm
@@ -23,15 +23,15 @@ using namespace inv_hyp;
 
 // ---- double ---------------------------------------------------------------------
 //
-// w = 1 + z, z = 2a/(1 - a), as u + c:
-//   dh + dl = 1 - a                   Fast2Sum (exact; dl = 0 from a = 1/2 on);
-//   i = RN(1/dh), zh = RN(2a i)       within 2^-52 of z;
-//   zl = (2a - zh dh - zh dl) i       the fused residual 2a - zh dh (its rounding
-//                                     2^-53 of a residual near 2^-52 z) less zh dl,
-//                                     so zh + zl = z within about 2^-103 relative;
-//   u + c0 = 1 + zh                   Fast2Sum of the larger and the smaller;
-//   u + c = u + (c0 + zl)             Fast2Sum, so that |c| <= ulp(u)/2.
-// Then atanh a = ln(u + c)/2 (the halving is exact). 1 - a >= 2^-53 keeps z
+// w = (1 + a)/(1 - a) as u + c:
+//   nh + nl = 1 + a, dh + dl = 1 - a  Fast2Sum each (exact; dl = 0 from a = 1/2 on);
+//   i = RN(1/dh), wh = RN(nh i)       within 2^-52 of w;
+//   wl = (nh - wh dh + nl - wh dl) i  the fused residual nh - wh dh (its rounding
+//                                     2^-53 of a residual near 2^-52 w) plus the
+//                                     low parts, so wh + wl = w within about 2^-103
+//                                     relative (absolute near w = 1);
+//   u + c = wh + wl                   Fast2Sum (wh >= 1 > |wl|), |c| <= ulp(u)/2.
+// Then atanh a = ln(u + c)/2 (the halving is exact). 1 - a >= 2^-53 keeps w
 // below 2^54, inside the log1p kernels' range. Below a = 2^-27 the result is x.
 template <class Ln> struct Atanh : frame::Kernel {
   using sig = double(double);
@@ -41,16 +41,15 @@ template <class Ln> struct Atanh : frame::Kernel {
     using V = VD<L>;
     V one(1.0);
     V a = abs_of(x);
+    V nh = one + a;
+    V nl = (one - nh) + a;
     V dh = one - a;
     V dl = (one - dh) - a;
     V i = one / dh;
-    V n = a + a;
-    V zh = n * i;
-    V zl = (-fms(zh, dh, n) - zh * dl) * i;
-    V u0 = one + zh;
-    V c0 = ((hw_max(zh, one) - u0) + hw_min(zh, one)) + zl;
+    V wh = nh * i;
+    V wl = ((nl - fms(wh, dh, nh)) - wh * dl) * i;
     V u, c;
-    fast2sum(u0, c0, u, c);
+    fast2sum(wh, wl, u, c);
     return odd_result(x, a, V(0.5) * Ln::ln(u, c), kTiny);
   }
   // Not |x| < 1 (NaN included).
