@@ -193,18 +193,20 @@ const struct {
     {"tanh", "fast", 221},      // 220.0 (expm1's fast kernel near 2|x| = ln2/256)
     {"tanhf", "full", 0.501},   // 0.500
     {"tanhf", "fast", 0.501},   // 0.500
-    {"asinh", "full", 4},
-    {"asinh", "fast", 4},
-    {"asinhf", "full", 4},
-    {"asinhf", "fast", 4},
-    {"acosh", "full", 4},
-    {"acosh", "fast", 4},
-    {"acoshf", "full", 4},
-    {"acoshf", "fast", 4},
-    {"atanh", "full", 4},
-    {"atanh", "fast", 4},
-    {"atanhf", "full", 4},
-    {"atanhf", "fast", 4},
+    // asinh, acosh, atanh: the log1p family's ln(u + c) on a double-double w;
+    // the singles in double, rounded once (one algorithm for both classes).
+    {"asinh", "full", 0.51},    // 0.5007 (x = 0x1.24836524d6217p+28, w = 2x from 2^28)
+    {"asinh", "fast", 2.6},     // 2.543 (x = 0x1.ffdaef14ded94p-12, the fast ln near w = 1)
+    {"asinhf", "full", 0.501},  // 0.500
+    {"asinhf", "fast", 0.501},  // 0.500
+    {"acosh", "full", 0.51},    // 0.5008 (x = 0x1.04f67bc868144p+28)
+    {"acosh", "fast", 1.7},     // 1.661 (x = 0x1.000061f56c3eep+0)
+    {"acoshf", "full", 0.501},  // 0.500
+    {"acoshf", "fast", 0.501},  // 0.500
+    {"atanh", "full", 0.51},    // 0.5001 (x = 0x1.1f2ca33189419p-12)
+    {"atanh", "fast", 1.7},     // 1.652 (x = 0x1.c0e6f08ebd4p-10)
+    {"atanhf", "full", 0.501},  // 0.500
+    {"atanhf", "fast", 0.501},  // 0.500
     // Single trigonometric families: every positive single (tools/exhaustive/exhaustive_trigf.cpp).
     {"sinf", "full", 2.38},       // 2.370 fast path (the designed kernel), 0.5005 full range
     {"sinf", "fast", 2525},       // 2524.5 (the degree-5 kernel; half_sin allows 8192)

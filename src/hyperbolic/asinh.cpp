@@ -10,10 +10,11 @@
 //
 // Classes and measured max errors (tests/accuracy_test.cpp against MPFR; the
 // test asserts the bounds kept in its table, kBounds):
-//   asinh   plain     full   see kBounds: w as a double-double, ln(u + c) full
-//   asinh   _native   fast   the same w, the fast ln(u + c)
+//   asinh   plain     full   0.5007 ulp (x = 0x1.24836524d6217p+28): w as a double-double, ln full
+//   asinh   _native   fast   2.543 ulp (x = 0x1.ffdaef14ded94p-12): the same w, the fast ln
 //   asinhf  plain     full   the argument in double on the widened lanes, the fast ln (its 2^-51
-//   asinhf  _native   fast   relative error is far below a single's last place), rounded once: one algorithm
+//   asinhf  _native   fast   relative error is far below a single's last place), rounded once: one algorithm,
+//                           0.500 ulp (sampled every single of the ranges in kRanges)
 #include "hyperbolic/inv_hyp.h"
 
 namespace ravl {
