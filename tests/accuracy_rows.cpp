@@ -193,6 +193,20 @@ const struct {
     {"tanh", "fast", 221},      // 220.0 (expm1's fast kernel near 2|x| = ln2/256)
     {"tanhf", "full", 0.501},   // 0.500
     {"tanhf", "fast", 0.501},   // 0.500
+    // asinh, acosh, atanh: the log1p family's ln(u + c) on a double-double w;
+    // the singles in double, rounded once (one algorithm for both classes).
+    {"asinh", "full", 0.51},    // 0.5007 (x = 0x1.24836524d6217p+28, w = 2x from 2^28)
+    {"asinh", "fast", 2.6},     // 2.543 (x = 0x1.ffdaef14ded94p-12, the fast ln near w = 1)
+    {"asinhf", "full", 0.501},  // 0.500
+    {"asinhf", "fast", 0.501},  // 0.500
+    {"acosh", "full", 0.51},    // 0.5008 (x = 0x1.04f67bc868144p+28)
+    {"acosh", "fast", 1.7},     // 1.661 (x = 0x1.000061f56c3eep+0)
+    {"acoshf", "full", 0.501},  // 0.500
+    {"acoshf", "fast", 0.501},  // 0.500
+    {"atanh", "full", 0.51},    // 0.5001 (x = 0x1.1f2ca33189419p-12)
+    {"atanh", "fast", 1.7},     // 1.652 (x = 0x1.c0e6f08ebd4p-10)
+    {"atanhf", "full", 0.501},  // 0.500
+    {"atanhf", "fast", 0.501},  // 0.500
     // Single trigonometric families: every positive single (tools/exhaustive/exhaustive_trigf.cpp).
     {"sinf", "full", 2.38},       // 2.370 fast path (the designed kernel), 0.5005 full range
     {"sinf", "fast", 2525},       // 2524.5 (the degree-5 kernel; half_sin allows 8192)
@@ -333,6 +347,31 @@ const Range kRanges[] = {
     {"tanh", "intervals", 0.125, 22, kBitPatterns},
     {"tanh", "huge", 22, kDMax, kBitPatterns},
     {"tanhf", "every", 0, kFMax, kEvery},
+    // asinh, acosh, atanh: moderate arguments, the tiny bound (2^-27 double,
+    // 2^-12 single), x near 1 (acosh) and |x| near 1 (atanh), the switch to w =
+    // 2|x| at 2^28 and the scalar routine's range above 2^1000.
+    {"asinh", "moderate", -4, 4},
+    {"asinh", "small", 0x1p-60, 1, kBitPatterns},
+    {"asinh", "tiny_bound", 0x1p-28, 0x1p-26, kBitPatterns},
+    {"asinh", "wide", 1, 0x1p1000, kBitPatterns},
+    {"asinh", "big_bound", 0x1p27, 0x1p29, kBitPatterns},
+    {"asinh", "huge", 0x1p1000, kDMax, kBitPatterns},
+    {"acosh", "moderate", 1, 4},
+    {"acosh", "near_one", 1, 1.0001},
+    {"acosh", "one_binade", 1, 2, kBitPatterns},
+    {"acosh", "wide", 2, 0x1p1000, kBitPatterns},
+    {"acosh", "big_bound", 0x1p27, 0x1p29, kBitPatterns},
+    {"acosh", "huge", 0x1p1000, kDMax, kBitPatterns},
+    {"atanh", "moderate", -1, 1},
+    {"atanh", "small", 0x1p-60, 0.5, kBitPatterns},
+    {"atanh", "tiny_bound", 0x1p-28, 0x1p-26, kBitPatterns},
+    {"atanh", "near_one", 0.5, 1, kBitPatterns},
+    {"atanh", "very_near_one", 0.9999999, 1, kBitPatterns},
+    {"asinhf", "every", 0, kFMax, kEvery},
+    {"acoshf", "every", 1, kFMax, kEvery},
+    {"acoshf", "near_one", 1, 1.001, kEvery},
+    {"atanhf", "every", 0, 1, kEvery},
+    {"atanhf", "near_one", 0.999, 1, kEvery},
 };
 // The arc tangents: the nodes' range, every binade (huge and tiny included);
 // atan2 in each quadrant over every exponent difference, near the diagonal,

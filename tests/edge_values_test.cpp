@@ -306,6 +306,26 @@ const Row kRows[] = {
               0.125, ACC, 0.12499999999999999, ACC, -0.125, ACC, 19.999999999999996, ACC, 1, ACC}},
     {"tanhf", {NAN, NAN, INF, 1, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, 20, 1, -20, -1, FLT_MAX, 1,
                -FLT_MAX, -1, 0.125, ACC, 0.124999993, ACC, 9.01, ACC, 1, ACC}},
+    // asinh, acosh, atanh: x itself below the tiny bound (2^-27, single 2^-12),
+    // the switch to w = 2|x| at 2^28, the scalar routine above 2^1000, the
+    // domain ends (acosh(1) = +0, atanh(+-1) = +-inf) and the values past them.
+    {"asinh", {NAN, NAN, INF, INF, -INF, -INF, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074,
+               0x1p-1022, 0x1p-1022, 0x1.fffffffffffffp-28, 0x1.fffffffffffffp-28, -0x1.fffffffffffffp-28,
+               -0x1.fffffffffffffp-28, 0x1p-27, ACC, 1, ACC, 0x1p28, ACC, 0x1.0000000000001p28, ACC,
+               0x1.fffffffffffffp27, ACC, 0x1p1000, ACC, 0x1.0000000000001p1000, ACC, 1e308, ACC, DBL_MAX, ACC,
+               -DBL_MAX, ACC}},
+    {"acosh", {NAN, NAN, INF, INF, -INF, NAN, 1, 0, 0x1.0000000000001p0, ACC, 0x1.fffffffffffffp-1, NAN, 0, NAN,
+               -0.0, NAN, -1, NAN, 2, ACC, 0x1p28, ACC, 0x1.0000000000001p28, ACC, 0x1p1000, ACC,
+               0x1.0000000000001p1000, ACC, 1e308, ACC, DBL_MAX, ACC}},
+    {"atanh", {NAN, NAN, 1, INF, -1, -INF, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074,
+               0x1.fffffffffffffp-28, 0x1.fffffffffffffp-28, 0x1p-27, ACC, 0.5, ACC, 0x1.fffffffffffffp-1, ACC,
+               -0x1.fffffffffffffp-1, ACC, 0x1.0000000000001p0, NAN, 2, NAN, INF, NAN, -INF, NAN}},
+    {"asinhf", {NAN, NAN, INF, INF, -INF, -INF, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, -0x1p-149, -0x1p-149,
+                0x1.fffffep-13, 0x1.fffffep-13, 0x1p-12, ACC, 1, ACC, FLT_MAX, ACC, -FLT_MAX, ACC}},
+    {"acoshf", {NAN, NAN, INF, INF, -INF, NAN, 1, 0, 0x1.000002p0, ACC, 0x1.fffffep-1, NAN, 0, NAN, -1, NAN, 2, ACC,
+                FLT_MAX, ACC}},
+    {"atanhf", {NAN, NAN, 1, INF, -1, -INF, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, 0x1.fffffep-13, 0x1.fffffep-13,
+                0x1p-12, ACC, 0x1.fffffep-1, ACC, -0x1.fffffep-1, ACC, 0x1.000002p0, NAN, INF, NAN}},
     // Division: IEEE in every class but the single approximate ones, which
     // give the IEEE quotient where the divisor is zero, denormal or huge.
     {"div", {1, 0, INF, 0, 0, NAN, 1, 0x1p-1074, INF, -1, 0, -INF, 1, -0.0, -INF, 6, 3, 2, 1, 0.0078125, 128}},

@@ -1,0 +1,120 @@
+// What the asinh, acosh and atanh families share: the choice of logarithm
+// (the log1p family's full or fast ln(u + c), exp_log/log1p_core.h), the
+// double-double steps that build the logarithm's argument w = u + c, the
+// logarithm of 2a for huge a (the scalar routines) and the lane tests.
+//
+// Each double family computes w = 1 + z as an unevaluated sum u + c with u =
+// RN(u + c), so that ln(w) keeps its relative accuracy when w is near 1 (z
+// small): the log1p kernels read u's rounding error c into the reduced
+// argument. The single families compute w in double (every single argument
+// and the few roundings of its formula leave w within 2^-52 relative, or
+// absolute near w = 1, far below a single's last place of ln(w)) and round
+// the double logarithm once.
+#pragma once
+
+#include "exp_log/log1p_core.h"
+#include "frame/entry.h"
+
+namespace ravl {
+namespace inv_hyp {
+
+template <int L> using VD = Vec<double, L>;
+template <int L> using UD = Vec<uint64_t, L>;
+template <int L> using ID = Vec<int64_t, L>;
+
+// The logarithms: ln(u + c), u a positive normal below 2^1013, |c| <= ulp(u)/2.
+struct LnFull {
+  template <int L> static RAVL_INLINE VD<L> ln(VD<L> u, VD<L> c) { return log1p_detail::ln_sum(u, c); }
+};
+struct LnFast {
+  template <int L> static RAVL_INLINE VD<L> ln(VD<L> u, VD<L> c) { return log1p_detail::ln_sum_fast(u, c); }
+};
+
+// ---- constants ----------------------------------------------------------------
+
+// Sign bit 0x8000000000000000 and its complement.
+constexpr uint64_t kSign = 0x8000000000000000ull;
+constexpr uint64_t kAbs = 0x7fffffffffffffffull;
+// 2^1000 (0x7e70000000000000): above it 2a would leave the log1p kernels'
+// range (u < 2^1013 with room), so the scalar routine takes ln(2a) apart.
+constexpr double kHuge = f64_bits(0x7e70000000000000ull);
+// 2^28 (0x41b0000000000000): from here sqrt(a^2 +- 1) = a +- 1/(2a) and the
+// correction 1/(2a) is below 2^-58 of w = 2a, so w = 2a is taken (a^2
+// overflows from 2^512).
+constexpr double kBig = f64_bits(0x41b0000000000000ull);
+// 2^-27 (0x3e40000000000000): below it asinh(a) = a - a^3/6 and atanh(a) =
+// a + a^3/3 round to a (a^2/3 < 2^-54 is below half an ulp), denormals
+// included; the double paths return x there.
+constexpr double kTiny = f64_bits(0x3e40000000000000ull);
+// 2^-12 (0x3f30000000000000): the same bound for the singles (a^2/3 < 2^-25).
+constexpr double kTinyF = f64_bits(0x3f30000000000000ull);
+// The smallest normal, 0x0010000000000000: a floor for the divisor 2 s_hi
+// of the square root's correction (s_hi = 0 at acosh(1)).
+constexpr double kMinNormal = f64_bits(0x0010000000000000ull);
+
+// ---- double-double steps ----------------------------------------------------------
+
+// (u, c) with u = RN(h + l) and u + c = h + l exactly (Fast2Sum, |h| >= |l| or h = 0).
+template <int L> RAVL_INLINE void fast2sum(VD<L> h, VD<L> l, VD<L>& u, VD<L>& c) {
+  u = h + l;
+  c = l - (u - h);
+}
+
+// s_hi + s_lo = sqrt(q_hi + q_lo) for |q_lo| <= 2^-52 q_hi: s_hi = RN(sqrt(q_hi)),
+// then one Newton step on the exact residual q_hi - s_hi^2 (one fused op) plus
+// q_lo, s_lo = residual / (2 s_hi): relative error below 2^-104 + (2^-51)^2/8.
+// q = 0 gives s_hi = s_lo = 0.
+template <int L> RAVL_INLINE void sqrt_dd(VD<L> qh, VD<L> ql, VD<L>& sh, VD<L>& sl) {
+  using V = VD<L>;
+  sh = sqrt_hw(qh);
+  V e = ql - fms(sh, sh, qh);
+  sl = e / hw_max(sh + sh, V(kMinNormal));
+}
+
+// ln(2a) for a above 2^1000 (the full class): ln(2a 2^-512) + 512 ln2 through
+// the log1p reduction with its exponent moved (2a 2^-512 = a 2^-511 is exact).
+RAVL_INLINE double ln_twice_huge(double a) {
+  using namespace log1p_detail;
+  const Log1pFullRows& k = rows(kLog1pFullRows);
+  Log1pParts<2> q = reduce1p<false>(F64x2(a * 0x1p-511), F64x2(0.0), k);
+  q.p.e += F64x2(512.0);
+  return Log1pFull::core(q, k)[0];
+}
+
+// y with the sign bit of x ORed in (y >= 0), or x itself where |x| < tiny.
+template <int L> RAVL_INLINE VD<L> odd_result(VD<L> x, VD<L> a, VD<L> y, double tiny) {
+  using U = UD<L>;
+  VD<L> r = as_float<VD<L>>(as_uint(y) | (as_uint(x) & U(kSign)));
+  return select(a < VD<L>(tiny), x, r);
+}
+template <int L> RAVL_INLINE VD<L> abs_of(VD<L> x) { return as_float<VD<L>>(as_uint(x) & UD<L>(kAbs)); }
+
+// |x| above 2^1000, infinities and NaN: one signed compare of the pattern of |x|.
+template <int L> RAVL_INLINE Mask<double, L> abs_above_huge(VD<L> x) {
+  return bitcast<ID<L>>(as_uint(x) & UD<L>(kAbs)) > ID<L>((int64_t)bits_of(kHuge));
+}
+
+// A single family's kernel from its double kernel D: the vector path on the
+// widened lanes (D::fvec), the lane test of the singles (D::fspecial) and the
+// double scalar routine on the widened lane.
+template <class D, class Ln> struct Single : frame::Kernel {
+  using sig = float(float);
+  static constexpr bool has_callout = true;
+  static constexpr bool has_width3_fill = D::has_width3_fill;
+  static constexpr double width3_fill = D::width3_fill;
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
+    return via_double<L>(x, [](F64x4 v) { return D::template fvec<Ln>(v); });
+  }
+  template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
+    return D::fspecial(x);
+  }
+  static RAVL_INLINE int scalar(const float* xp, float* rp) {
+    double x = *xp, r;
+    int status = D::scalar(&x, &r);
+    *rp = (float)r;
+    return status;
+  }
+};
+
+}  // namespace inv_hyp
+}  // namespace ravl
