@@ -10,9 +10,10 @@ cd "$(dirname "$0")"
 #   clang, clang++ (clang)      lld-link, ld.lld (lld)     llvm-readobj, llvm-mca (llvm)
 #   cmake, ctest (cmake)        ninja (ninja-build)         python3 (python3)
 #   nm, readelf (binutils)      wine (wine, with wine64)    x86_64-w64-mingw32-gcc (mingw-w64)
+#   gnuplot (gnuplot-nox: the plots of the ravl tool)
 # and the libraries: MPFR, GMP, GoogleTest (tests), SLEEF (benchmark peer).
 PACKAGES=(clang lld llvm cmake ninja-build python3 binutils libmpfr-dev libgmp-dev
-          libgtest-dev libsleef-dev wine wine64 mingw-w64)
+          libgtest-dev libsleef-dev wine wine64 mingw-w64 gnuplot-nox)
 missing=()
 for p in "${PACKAGES[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
@@ -24,7 +25,7 @@ if [ ${#missing[@]} -gt 0 ]; then
   apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 fi
 for tool in clang clang++ lld-link llvm-readobj cmake ninja python3 nm readelf wine \
-            x86_64-w64-mingw32-gcc; do
+            x86_64-w64-mingw32-gcc gnuplot; do
   command -v "$tool" >/dev/null || { echo "bootstrap: $tool is not on PATH" >&2; exit 1; }
 done
 

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "tests/common/harness.h"
+#include "tests/common/ref.h"
 
 namespace ravl_test {
 
@@ -61,6 +62,18 @@ inline std::string member(const std::string& family, const std::string& cls, int
 }
 
 using Lanes = std::vector<std::vector<uint64_t>>;
+
+// The value of lane bits of type t.
+inline double lane_value(uint64_t v, Lane t) {
+  switch (t) {
+    case kD: return from_bits<double>(v);
+    case kS: return from_bits<float>(v);
+    case kI: return (int32_t)v;
+    case kU: return (uint32_t)v;
+    case kL: return (double)(int64_t)v;
+    default: return (double)v;
+  }
+}
 
 // c may be null: the outputs are then empty. *faults: the convention and guard faults of all calls.
 inline Lanes run_lanes_raw(const Callee* c, const Lanes& args, uint32_t* faults) {

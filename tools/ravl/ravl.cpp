@@ -148,22 +148,11 @@ template <class T> std::string shortest(T x) {
   return b;
 }
 
-double as_double(Lane t, uint64_t b) {
-  switch (t) {
-    case kD: return from_bits<double>(b);
-    case kS: return from_bits<float>(b);
-    case kI: return (int32_t)b;
-    case kU: return (uint32_t)b;
-    case kL: return (double)(int64_t)b;
-    default: return (double)b;
-  }
-}
-
 // "2.718281828459045  0x1.5bf0a8b145769p+1  bits:0x4005bf0a8b145769"; integers as integers.
 std::string show(Lane t, uint64_t b) {
   char out[160];
   if (t == kD || t == kS) {
-    const double v = as_double(t, b);
+    const double v = lane_value(b, t);
     std::snprintf(out, sizeof out, "%-24s %-24a bits:0x%0*llx",
                   (t == kD ? shortest(v) : shortest((float)v)).c_str(), v, t == kD ? 16 : 8, (unsigned long long)b);
   } else if (t == kI || t == kL) {
@@ -210,7 +199,7 @@ const OclBound kOpenCL[] = {
 
 // OpenCL's bound of a member, as text ("3", "CR", "8192" for _half, "-").
 std::string opencl_bound(const ExportRow& r) {
-  if (!strcmp(r.cls, "native")) return "-";
+  if (!strcmp(r.cls, "native") || !strcmp(r.cls, "rm")) return "-";  // no OpenCL bound: ours only
   const bool single = r.sig[0] == 's';
   if (!strcmp(r.cls, "half") && single) return "8192";
   std::string f = r.family;
@@ -278,7 +267,7 @@ Measured measure(const Callee& c, const Lanes& args, unsigned threads) {
       pool.emplace_back([&, t] {
         Reference ref(c.row->family, k, sh.out_t[k]);
         for (size_t i = t; i < n; i += threads)
-          m.err[k][i] = ref.error(args[0][i], sh.nin > 1 ? as_double(sh.in_t[1], args[1][i]) : 0, m.out[k][i]);
+          m.err[k][i] = ref.error(args[0][i], sh.nin > 1 ? lane_value(args[1][i], sh.in_t[1]) : 0, m.out[k][i]);
       });
     for (auto& th : pool) th.join();
   }
@@ -444,7 +433,7 @@ int cmd_eval(int argc, char** argv) {
     for (int r = 0; r < sh.nout; ++r) {
       std::printf("  %-8s %s\n", r < sh.nres ? (r ? "result2" : "result") : "*out", show(sh.out_t[r], out[r][j]).c_str());
       if (!refs[r]->ok()) continue;
-      const double y = sh.nin > 1 ? as_double(sh.in_t[1], args[1][j]) : 0;
+      const double y = sh.nin > 1 ? lane_value(args[1][j], sh.in_t[1]) : 0;
       const double e = refs[r]->error(args[0][j], y, out[r][j]);
       std::printf("  %-8s %s  error %.4g ulp\n", "mpfr", show(sh.out_t[r], refs[r]->correct(args[0][j], y)).c_str(), e);
     }
@@ -492,7 +481,7 @@ int cmd_ulp(int argc, char** argv) {
     Reference ref(c.row->family, k, sh.out_t[k]);
     for (int w = 0; w < o.worst && w < (int)n; ++w) {
       const size_t i = order[w];
-      const double y = sh.nin > 1 ? as_double(sh.in_t[1], args[1][i]) : 0;
+      const double y = sh.nin > 1 ? lane_value(args[1][i], sh.in_t[1]) : 0;
       std::printf("  %.4g ulp at x = %s", m.err[k][i], show(sh.in_t[0], args[0][i]).c_str());
       if (sh.nin > 1) std::printf(", y = %s", show(sh.in_t[1], args[1][i]).c_str());
       std::printf("\n      got %s\n     want %s\n", show(sh.out_t[k], m.out[k][i]).c_str(),
@@ -503,24 +492,6 @@ int cmd_ulp(int argc, char** argv) {
 }
 
 // ---- sweep ------------------------------------------------------------------------------------
-
-// Error of a single result against a double reference value v, in ulp of the
-// single binade of v rounded (the smaller ulp below a power of two reached
-// from below; the smallest denormal at zero and below).
-double screen_ulp(double v, float got) {
-  if (std::isnan(v)) return std::isnan(got) ? 0 : INFINITY;
-  const float cr = (float)v;
-  if (std::isinf(cr)) return got == cr ? 0 : INFINITY;
-  if (std::isnan(got) || std::isinf(got)) return INFINITY;
-  double ulp = 0x1p-149;
-  if (cr != 0) {
-    int ex;
-    const double m = std::frexp((double)cr, &ex);
-    const bool below = std::fabs(m) == 0.5 && std::fabs(v) < std::fabs((double)cr);
-    ulp = std::max(std::ldexp(1.0, ex - 24 - below), 0x1p-149);
-  }
-  return std::fabs((double)got - v) / ulp;
-}
 
 // The double member of a single family with the same results (expf -> exp4).
 const Callee* double_twin(const Callee& c) {
@@ -716,7 +687,7 @@ bool plot(const Callee& c, const Lanes& args, const Measured& m, const std::stri
   if (!f) return false;
   double lo = INFINITY, hi = -INFINITY, top = 0;
   for (size_t i = 0; i < args[0].size(); ++i) {
-    const double x = as_double(sh.in_t[0], args[0][i]), e = m.err[k][i];
+    const double x = lane_value(args[0][i], sh.in_t[0]), e = m.err[k][i];
     if (!std::isfinite(x) || !std::isfinite(e)) continue;
     std::fprintf(f, "%.17g %.17g\n", x, e);
     lo = std::min(lo, x), hi = std::max(hi, x), top = std::max(top, e);
@@ -809,7 +780,8 @@ std::string report_table(size_t n, unsigned threads, const std::string& plot_dir
         const bool normal_only = normal_only_bound(fam, alg);
         for (const auto& errs : m.err)
           for (size_t i = 0; i < errs.size(); ++i)
-            if (!normal_only || std::isnormal(as_double(c->shape.in_t[0], args[0][i])))
+            if (!normal_only || (c->shape.in_t[0] == kS ? std::isnormal(from_bits<float>(args[0][i]))
+                                                        : std::isnormal(from_bits<double>(args[0][i]))))
               worst = std::max(worst, std::isnan(errs[i]) ? INFINITY : errs[i]);
         count += n;
         if (first_args.empty()) first_args = args, first = std::move(m);
