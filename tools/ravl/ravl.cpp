@@ -218,6 +218,7 @@ double bound_value(const std::string& s) { return s == "CR" ? 0.5 : s == "-" ? 0
 struct Interval {
   double lo, hi;
   bool by_bits;
+  bool integers = false;  // floating values rounded to integers (pow's y for negative x)
 };
 
 // n values of type t in [lo, hi]: uniform in value, or in bit pattern (over
@@ -232,7 +233,7 @@ std::vector<uint64_t> sample(Lane t, const Interval& iv, size_t n, Rng& g) {
     if (!is_fp(t)) {
       v[i] = (uint64_t)(int64_t)std::floor(a + (b - a + 1) * u) & lane_mask(t);
     } else if (!iv.by_bits) {
-      v[i] = fbits(a + (b - a) * u);
+      v[i] = fbits(iv.integers ? std::round(a + (b - a) * u) : a + (b - a) * u);
     } else {
       // Magnitudes [ma, mb] of one sign, chosen in proportion when both signs are in.
       const bool both = a < 0 && b > 0;
@@ -362,7 +363,7 @@ Lanes make_inputs(const Callee& c, const Options& o, size_t n, Interval* used) {
   Rng g(o.seed);
   Lanes args{sample(sh.in_t[0], x, n, g)};
   if (sh.nin > 1) {
-    Interval y = o.has_yrange ? o.yrange : r && (r->ylo || r->yhi) ? Interval{r->ylo, r->yhi, r->yhow == kBitPatterns}
+    Interval y = o.has_yrange ? o.yrange : r && (r->ylo || r->yhi) ? Interval{r->ylo, r->yhi, r->yhow == kBitPatterns, r->yhow == kIntegers}
                                                                     : Interval{-4, 4, false};
     args.push_back(sample(sh.in_t[1], y, n, g));
   }
@@ -556,7 +557,7 @@ int cmd_sweep(int argc, char** argv) {
     add_values(o.range.lo, o.range.hi);
   } else if (o.has_binades) {
     if (o.e0 > o.e1 || o.e0 < -150 || o.e1 > 127) die("binades e0:e1 with -150 <= e0 <= e1 <= 127");
-    const uint32_t a = o.e0 < -126 ? 1 : (uint32_t)(o.e0 + 127) << 23, b = ((uint32_t)(o.e1 + 128) << 23) - 1;
+    const uint32_t a = o.e0 < -126 ? 0 : (uint32_t)(o.e0 + 127) << 23, b = ((uint32_t)(o.e1 + 128) << 23) - 1;
     spans.push_back({a, b});
     spans.push_back({a | 0x80000000u, b | 0x80000000u});
   } else {
@@ -604,17 +605,17 @@ int cmd_sweep(int argc, char** argv) {
           const double e = twin ? screen_ulp(from_bits<double>(ref[k][i]), from_bits<float>(got[k][i]))
                                 : refs[k]->error(xb, 0, got[k][i]);
           Binade& b = mine[(size_t)k * 512 + (xb >> 23)];
-          ++b.n;
           b.above += e > bound;
-          if (!(e <= b.worst)) b.worst = e, b.at = xb;
+          if (!(e <= b.worst) || !b.n) b.worst = e, b.at = xb;  // the first input stands until a worse one
+          ++b.n;
         }
       done += m;
     }
     std::lock_guard<std::mutex> lock(mu);
     for (size_t i = 0; i < table.size(); ++i) {
       Binade &t = table[i], &b = mine[i];
-      t.n += b.n, t.above += b.above;
       if (b.n && (!(b.worst <= t.worst) || !t.n)) t.worst = b.worst, t.at = b.at;
+      t.n += b.n, t.above += b.above;
     }
   };
   const auto t0 = std::chrono::steady_clock::now();
@@ -773,7 +774,7 @@ std::string report_table(size_t n, unsigned threads, const std::string& plot_dir
         o.range = {r.lo, r.hi, r.how != kUniform};
         o.by_bits = r.how != kUniform;
         o.has_yrange = r.ylo || r.yhi;
-        o.yrange = {r.ylo, r.yhi, r.yhow == kBitPatterns};
+        o.yrange = {r.ylo, r.yhi, r.yhow == kBitPatterns, r.yhow == kIntegers};
         Interval used;
         const Lanes args = make_inputs(*c, o, n, &used);
         Measured m = measure(*c, args, threads);
