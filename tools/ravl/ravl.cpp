@@ -675,6 +675,15 @@ int cmd_sweep(int argc, char** argv) {
   return 0;
 }
 
+bool read_file(const std::string& path, std::string* s) {
+  std::ifstream f(path);
+  if (!f) return false;
+  std::stringstream b;
+  b << f.rdbuf();
+  *s = b.str();
+  return true;
+}
+
 // ---- plot -----------------------------------------------------------------------------------
 
 // Plots the errors of result 0 against x with gnuplot; false when gnuplot fails.
@@ -708,11 +717,17 @@ bool plot(const Callee& c, const Lanes& args, const Measured& m, const std::stri
   if (ocl > 0) gp << ", " << ocl << " with lines lw 2 title 'OpenCL bound (" << shortest(ocl) << " ulp)'";
   if (ours > 0) gp << ", " << ours << " with lines dt 2 title 'our bound (" << shortest(ours) << " ulp)'";
   gp << "\n";
-  FILE* p = popen("gnuplot", "w");
+  // gnuplot's messages are shown only when it fails (it warns about the
+  // bound lines' samples on log axes spanning the whole double range).
+  const std::string log = file + ".log";
+  FILE* p = popen(("gnuplot 2>'" + log + "'").c_str(), "w");
   if (!p) return false;
   std::fputs(gp.str().c_str(), p);
   const int rc = pclose(p);
+  std::string msgs;
+  if (rc != 0 && read_file(log, &msgs)) std::fputs(msgs.c_str(), stderr);
   std::remove(data.c_str());
+  std::remove(log.c_str());
   struct stat st;
   return rc == 0 && stat(file.c_str(), &st) == 0 && st.st_size > 0;
 }
@@ -804,14 +819,6 @@ std::string report_table(size_t n, unsigned threads, const std::string& plot_dir
   return t.str();
 }
 
-bool read_file(const std::string& path, std::string* s) {
-  std::ifstream f(path);
-  if (!f) return false;
-  std::stringstream b;
-  b << f.rdbuf();
-  *s = b.str();
-  return true;
-}
 
 int cmd_report(int argc, char** argv) {
   Options o = parse_options(argc, argv, 2);
