@@ -11,9 +11,10 @@ cd "$(dirname "$0")"
 #   llc, llvm-as, llvm-nm (llvm) cmake, ctest (cmake)       ninja (ninja-build)
 #   python3 (python3)           nm, readelf (binutils)      wine (wine, with wine64)
 #   x86_64-w64-mingw32-gcc (mingw-w64)                      pkg-config (pkgconf)
+#   gnuplot (gnuplot-nox: the plots of the ravl tool)
 # and the libraries: MPFR, GMP, GoogleTest (tests), SLEEF (benchmark peer).
 PACKAGES=(clang lld llvm cmake ninja-build python3 binutils libmpfr-dev libgmp-dev
-          libgtest-dev libsleef-dev wine wine64 mingw-w64 pkgconf)
+          libgtest-dev libsleef-dev wine wine64 mingw-w64 pkgconf gnuplot-nox)
 missing=()
 for p in "${PACKAGES[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
@@ -25,7 +26,7 @@ if [ ${#missing[@]} -gt 0 ]; then
   apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 fi
 for tool in clang clang++ lld-link llvm-readobj llc llvm-as llvm-nm cmake ninja python3 nm readelf \
-            wine x86_64-w64-mingw32-gcc pkg-config; do
+            wine x86_64-w64-mingw32-gcc pkg-config gnuplot; do
   command -v "$tool" >/dev/null || { echo "bootstrap: $tool is not on PATH" >&2; exit 1; }
 done
 

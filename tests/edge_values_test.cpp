@@ -472,17 +472,6 @@ uint64_t lane_of(const V& v, Lane t) {
   return lane_bytes(t) == 4 ? (uint32_t)u : u;
 }
 
-// The value of lane bits of type t.
-double lane_value(uint64_t v, Lane t) {
-  switch (t) {
-    case kD: return from_bits<double>(v);
-    case kS: return from_bits<float>(v);
-    case kI: return (int32_t)v;
-    case kU: return (uint32_t)v;
-    default: return (double)(int64_t)v;
-  }
-}
-
 template <class T> bool near_mpfr(const V& want, const std::string& family, const std::string& algorithm, uint64_t x,
                                   double y, uint64_t got, int result) {
   UlpRef<T> ref(mpfr_of(family, result), mpfr2_of(family));

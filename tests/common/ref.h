@@ -144,4 +144,24 @@ template <class T> class UlpRef {
   mpfr_t x_, y_, e_, d_;
 };
 
+// The error of a single result against a double reference value v (a
+// screening reference, within about 2^-50 relative), in ulp of the single
+// binade of v rounded: the smaller ulp below a power of two reached from
+// below, the smallest denormal at zero and below. A NaN must be a NaN and an
+// infinite rounded v must be matched exactly.
+inline double screen_ulp(double v, float got) {
+  if (std::isnan(v)) return std::isnan(got) ? 0 : INFINITY;
+  const float cr = (float)v;
+  if (std::isinf(cr)) return got == cr ? 0 : INFINITY;
+  if (std::isnan(got) || std::isinf(got)) return INFINITY;
+  double ulp = 0x1p-149;
+  if (cr != 0) {
+    int ex;
+    const double m = std::frexp((double)cr, &ex);
+    const bool below = std::fabs(m) == 0.5 && std::fabs(v) < std::fabs((double)cr);
+    ulp = std::fmax(std::ldexp(1.0, ex - 24 - below), 0x1p-149);
+  }
+  return std::fabs((double)got - v) / ulp;
+}
+
 }  // namespace ravl_test

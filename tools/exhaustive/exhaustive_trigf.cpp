@@ -120,20 +120,7 @@ double ref_value(Kind k, float x) {
   }
 }
 
-// Error of got against the reference value v, in ulp of the single binade
-// of RN(v) (the smaller ulp below a power of two reached from below).
-double screen_ulp(double v, float got) {
-  if (std::isnan(got) || std::isinf(got)) return INFINITY;
-  const float cr = (float)v;
-  double ulp = 0x1p-149;
-  if (cr != 0) {
-    int ex;
-    const double m = std::frexp((double)cr, &ex);
-    const bool below = std::fabs(m) == 0.5 && std::fabs(v) < std::fabs((double)cr);
-    ulp = std::max(std::ldexp(1.0, ex - 24 - below), 0x1p-149);
-  }
-  return std::fabs((double)got - v) / ulp;
-}
+using ravl_test::screen_ulp;
 
 // ---- the members --------------------------------------------------------------------
 

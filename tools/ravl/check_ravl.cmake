@@ -1,0 +1,31 @@
+# Runs one ravl command and checks what it printed and wrote:
+#   cmake -DCMD="ravl;eval;exp4;1" -DEXPECT="regex;regex" [-DRC=2] [-DFILE=out.png -DMAGIC=89504e47] -P check_ravl.cmake
+# EXPECT: regular expressions the output (stdout and stderr) must all match;
+# RC: the exit code (0 by default); FILE: a file the command must write,
+# non-empty, starting with the bytes MAGIC (hex) when given.
+if(FILE)
+  file(REMOVE ${FILE})
+endif()
+execute_process(COMMAND ${CMD} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+message("${out}${err}")
+if("${RC}" STREQUAL "")
+  set(RC 0)
+endif()
+if(NOT rc EQUAL RC)
+  message(FATAL_ERROR "exit code ${rc}, expected ${RC}")
+endif()
+foreach(re ${EXPECT})
+  if(NOT "${out}${err}" MATCHES "${re}")
+    message(FATAL_ERROR "the output does not match: ${re}")
+  endif()
+endforeach()
+if(FILE)
+  if(NOT EXISTS ${FILE})
+    message(FATAL_ERROR "${FILE} was not written")
+  endif()
+  file(SIZE ${FILE} size)
+  file(READ ${FILE} head LIMIT 4 HEX)
+  if(size EQUAL 0 OR (MAGIC AND NOT head STREQUAL MAGIC))
+    message(FATAL_ERROR "${FILE}: ${size} bytes starting ${head}, expected ${MAGIC}")
+  endif()
+endif()
