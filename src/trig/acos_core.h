@@ -237,6 +237,11 @@ template <class V, class C> RAVL_INLINE V acos_designed(V x, const C& c) {
   return base + fma(tt, q, tt);
 }
 
+// |x| through the sign row (one and-not with a memory operand).
+template <class V, class C> RAVL_INLINE V abs_of(V x, const C& c) {
+  return as_float<V>(as_uint(x) & ~get<UIntOf<V>>(c.sign));
+}
+
 // The sign flip of the term and the bases of a lane (hi, lo).
 template <Kind kK, class V, class C>
 RAVL_INLINE UIntOf<V> flip_of(V x, const Fold<V>& f, const C& c) {
@@ -278,8 +283,7 @@ template <Kind kK, class V, class C> RAVL_INLINE V arc_full(V x, const C& c) {
   V s = hs + hs;
   V s_lo = fnma(hs, hs, f.z) * rsqrt_estimate(f.z, c);
   V q = series(f.y, c);
-  V ax = -f.a;
-  V t = select(f.outer, s, ax);
+  V t = select(f.outer, s, abs_of(x, c));
   V t_lo = as_float<V>(as_uint(s_lo) & as_uint(as_float<V>(f.outer)));
   V p, m;
   if constexpr (scaled(kK)) {
@@ -312,7 +316,13 @@ template <Kind kK, class V, class C> RAVL_INLINE V arc_fast(V x, const C& c) {
   V hs = sqrt_hw(f.z);
   V s = hs + hs;  // 2 sqrt(z), correctly rounded
   V q = series(f.y, c);
-  V t = select(f.outer, s, -f.a);
+  V t = select(f.outer, s, abs_of(x, c));
+  if constexpr (kK == kAsin) {
+    // |asin x| = w = t (1 + Q) inner, pi/2 - w outer: the bits of B + (-w)
+    // with one subtraction in place of the sign flip and the base select.
+    V w = fma(t, q, t);
+    return odd_sign<kK>(select(f.outer, get<V>(c.b_pos_hi) - w, w), x, c);
+  }
   V tt = as_float<V>(as_uint(t) ^ flip_of<kK>(x, f, c));
   V b_hi, b_lo;
   bases<kK>(x, f, c, b_hi, b_lo);
