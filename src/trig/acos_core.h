@@ -281,8 +281,23 @@ template <Kind kK, class V, class C> RAVL_INLINE V arc_full(V x, const C& c) {
   // square root rather than after it.
   V hs = sqrt_hw(f.z);
   V s = hs + hs;
-  V s_lo = fnma(hs, hs, f.z) * rsqrt_estimate(f.z, c);
   V q = series(f.y, c);
+  if constexpr (kK == kAsin) {
+    // asin: B = 0 (inner) or pi/2 (outer) as and-masks of the rows, the
+    // term taken negative in the outer region from the start (-s, and -s_lo
+    // from the negated residual, exact): the bits of the general assembly
+    // below with no sign flips of the products.
+    using U = UIntOf<V>;
+    U om = as_uint(as_float<V>(f.outer));
+    V tp = select(f.outer, as_float<V>(as_uint(s) ^ get<U>(c.sign)), abs_of(x, c));
+    V tlp = as_float<V>(as_uint(fms(hs, hs, f.z) * rsqrt_estimate(f.z, c)) & om);
+    V mp = fma(tp, q, tlp);
+    V b_hi = as_float<V>(as_uint(get<V>(c.b_pos_hi)) & om), b_lo = as_float<V>(as_uint(get<V>(c.b_pos_lo)) & om);
+    V h = b_hi + tp;
+    V err = (b_hi - h) + tp;
+    return odd_sign<kK>(h + (err + (mp + b_lo)), x, c);
+  }
+  V s_lo = fnma(hs, hs, f.z) * rsqrt_estimate(f.z, c);
   V t = select(f.outer, s, abs_of(x, c));
   V t_lo = as_float<V>(as_uint(s_lo) & as_uint(as_float<V>(f.outer)));
   V p, m;
