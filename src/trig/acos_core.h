@@ -13,21 +13,24 @@
 // base B (0, 1/2, 1, pi/2 or pi), a sign sigma and a scale K (1, or 1/pi for
 // the pi-scaled forms). The families differ only in B, sigma and K.
 //
-// s comes from the single-precision reciprocal square root estimate e of z
-// (relative error at most 1.5 * 2^-12), set to 0 when z is tiny (|x| = 1, so
-// that s = 0 and not infinity times 0), then one Newton-like step of high
-// order: s0 = e (2z), D = e s0 - 2 = 2 (z e^2 - 1), s = s0 - (s0 D) R(D)
-// with R(D) ~ (1 - (1 + D/2)^(-1/2))/D = 1/4 - 3/32 D + 5/128 D^2 - ...
-// (z e^2 = 1 + D/2, so 2 sqrt(z) = s0 (1 + D/2)^(-1/2)), truncated to the
-// terms each precision needs.
+// In acos's own assembly s comes from the single-precision reciprocal
+// square root estimate e of z (relative error at most 1.5 * 2^-12), set to 0
+// when z is tiny (|x| = 1, so that s = 0 and not infinity times 0), then one
+// Newton-like step of high order: s0 = e (2z), D = e s0 - 2 = 2 (z e^2 - 1),
+// s = s0 - (s0 D) R(D) with R(D) ~ (1 - (1 + D/2)^(-1/2))/D = 1/4 - 3/32 D +
+// 5/128 D^2 - ... (z e^2 = 1 + D/2, so 2 sqrt(z) = s0 (1 + D/2)^(-1/2)),
+// truncated to the terms each class needs. The other assemblies take s =
+// 2 sqrt(z) from the hardware square root (correctly rounded; one
+// instruction in place of the estimate, its conversions and the refinement,
+// and a shorter dependency chain).
 //
 // Three assemblies:
 // - acos_designed: acos's own order of operations (both acos classes):
 //   result = B + (t' + t' Q), t' = +-t.
 // - arc_full: the plain class of the other families and every scalar
 //   routine: B and K in two parts, s with its correction s_lo =
-//   (4z - s^2)/(2s), and the last addition in two parts (Fast2Sum), so that
-//   the only large rounding is the final one.
+//   (z - (s/2)^2)/sqrt(z), and the last addition in two parts (Fast2Sum),
+//   so that the only large rounding is the final one.
 // - arc_fast: the _native class of the other families: result =
 //   B + t' K (1 + Q) in one or two roundings.
 // The odd families (asin, asinpi) work on |x| and give the result the sign
@@ -47,7 +50,8 @@ enum Kind { kAcos, kAsin, kAcospi, kAsinpi };
 constexpr bool odd(Kind k) { return k == kAsin || k == kAsinpi; }
 constexpr bool scaled(Kind k) { return k == kAcospi || k == kAsinpi; }
 
-// The constant rows of one member: the fold, NR refinement terms, NP series
+// The constant rows of one member: the fold, NR refinement terms (acos's
+// double classes; 0 for the members on the hardware square root), NP series
 // coefficients and the family's K and bases (each as high and low part):
 // b_in in the inner region, b_pos and b_neg in the outer region for x > 0
 // and x < 0.
@@ -56,7 +60,7 @@ template <class T, int NR, int NP> struct Rows {
   static constexpr int nr = NR, np = NP;
   Row<U> sign;
   Row<T> half, neg_one, two, tiny;
-  Row<T> r[NR];
+  Row<T> r[NR > 0 ? NR : 1];
   Row<T> p[NP];
   Row<T> k_hi, k_lo, b_in_hi, b_in_lo, b_pos_hi, b_pos_lo, b_neg_hi, b_neg_lo;
   Row<T> post;  // 1/pre: the scale of the result (arc_full of asinpi)
@@ -70,7 +74,7 @@ template <class T> struct Shape {
 // tiny: below it z is taken as 0 (only |x| = 1 has such a z). pre, a power
 // of two, scales K and the bases (exactly), post = 1/pre the result.
 template <class T, int NR, int NP>
-constexpr Rows<T, NR, NP> make_rows(T tiny, const T (&r)[NR], const T (&p)[NP], Shape<T> sh, T pre = 1) {
+constexpr Rows<T, NR, NP> make_rows(T tiny, const T* r, const T (&p)[NP], Shape<T> sh, T pre = 1) {
   using U = typename Bits<T>::U;
   Rows<T, NR, NP> c{};
   c.sign = row((U)((U)1 << (8 * sizeof(T) - 1)));
@@ -108,17 +112,14 @@ constexpr float kInvPiLof = f32_bits(0x325c9c88u);  // 1/pi - kInvPiHif = 1.2841
 constexpr double kTiny = f64_bits(0x3000000000000000ull);
 constexpr float kTinyf = f32_bits(0x0d800000u);
 
-// The refinement R(D), double, four terms (plain) and two (_native).
+// The refinement R(D) of acos's double classes, four terms (plain) and two
+// (_native).
 constexpr double kR4[] = {
     0.24999999999999725,       // r0, 0x3fcfffffffffff9d
     -0.09374999999999499,      // r1, 0xbfb7fffffffffe97
     0.039062512973409326,      // r2, 0x3fa400006f70d42d
     -0.017089852669219818};    // r3, 0xbf918000993b24c3
 constexpr double kR2[] = {kR4[0], kR4[1]};
-// Single: two terms (relative error of s about 2^-33 from the truncation)
-// and one (about 2^-22, which the plain class's correction s_lo removes).
-constexpr float kR2f[] = {(float)kR4[0], (float)kR4[1]};  // 0.25, -0.09375
-constexpr float kR1f[] = {(float)kR4[0]};
 
 // The arc sine series P(y), y <= 1/4, double plain (degree 11) and
 // _native (degree 5).
@@ -191,15 +192,15 @@ template <class V, class C> RAVL_INLINE V rsqrt_estimate(V z, const C& c) {
   return as_float<V>(as_uint(e) & ~as_uint(as_float<V>(z < get<V>(c.tiny))));
 }
 
-// s = 2 sqrt(z) from the estimate e.
+// s = 2 sqrt(z) from the estimate e (acos's double classes).
 template <class V, class C> RAVL_INLINE V two_sqrt(V z, V e, const C& c) {
+  static_assert(C::nr == 4 || C::nr == 2, "acos's refinement has four or two terms");
   V s0 = e * (z + z);
   V d = fms(e, s0, get<V>(c.two));
   V r;
   if constexpr (C::nr == 4)
     r = fma(d, fma(d, fma(d, get<V>(c.r[3]), get<V>(c.r[2])), get<V>(c.r[1])), get<V>(c.r[0]));
-  else if constexpr (C::nr == 2) r = fma(d, get<V>(c.r[1]), get<V>(c.r[0]));
-  else r = get<V>(c.r[0]);
+  else r = fma(d, get<V>(c.r[1]), get<V>(c.r[0]));
   return fnma(s0 * d, r, s0);
 }
 
@@ -236,6 +237,11 @@ template <class V, class C> RAVL_INLINE V acos_designed(V x, const C& c) {
   return base + fma(tt, q, tt);
 }
 
+// |x| through the sign row (one and-not with a memory operand).
+template <class V, class C> RAVL_INLINE V abs_of(V x, const C& c) {
+  return as_float<V>(as_uint(x) & ~get<UIntOf<V>>(c.sign));
+}
+
 // The sign flip of the term and the bases of a lane (hi, lo).
 template <Kind kK, class V, class C>
 RAVL_INLINE UIntOf<V> flip_of(V x, const Fold<V>& f, const C& c) {
@@ -268,16 +274,31 @@ template <Kind kK, class V, class C> RAVL_INLINE V odd_sign(V r, V x, const C& c
 //   result = h + (e + (sigma m + B_lo)).
 template <Kind kK, class V, class C> RAVL_INLINE V arc_full(V x, const C& c) {
   Fold<V> f = fold(x, c);
-  V e = rsqrt_estimate(f.z, c);
-  V s = two_sqrt(f.z, e, c);
-  // s_lo = (4z - s^2)/(2s) = (z - (s/2)^2) / sqrt(z): the residual is one
-  // fused multiply-add (s/2 exact), 1/sqrt(z) the estimate (2^-11 relative
-  // error on a term 2^-50 below s).
-  V hs = s * get<V>(c.half);
-  V s_lo = fnma(hs, hs, f.z) * e;
+  // s = 2 hs, hs = sqrt(z) correctly rounded (the hardware square root);
+  // s_lo = 2 (sqrt(z) - hs) = (z - hs^2) / sqrt(z) to first order: the
+  // residual is exact in one fused multiply-add, 1/sqrt(z) the estimate
+  // (2^-11 relative error on a term 2^-52 below s), computed beside the
+  // square root rather than after it.
+  V hs = sqrt_hw(f.z);
+  V s = hs + hs;
   V q = series(f.y, c);
-  V ax = -f.a;
-  V t = select(f.outer, s, ax);
+  if constexpr (kK == kAsin) {
+    // asin: B = 0 (inner) or pi/2 (outer) as and-masks of the rows, the
+    // term taken negative in the outer region from the start (-s, and -s_lo
+    // from the negated residual, exact): the bits of the general assembly
+    // below with no sign flips of the products.
+    using U = UIntOf<V>;
+    U om = as_uint(as_float<V>(f.outer));
+    V tp = select(f.outer, as_float<V>(as_uint(s) ^ get<U>(c.sign)), abs_of(x, c));
+    V tlp = as_float<V>(as_uint(fms(hs, hs, f.z) * rsqrt_estimate(f.z, c)) & om);
+    V mp = fma(tp, q, tlp);
+    V b_hi = as_float<V>(as_uint(get<V>(c.b_pos_hi)) & om), b_lo = as_float<V>(as_uint(get<V>(c.b_pos_lo)) & om);
+    V h = b_hi + tp;
+    V err = (b_hi - h) + tp;
+    return odd_sign<kK>(h + (err + (mp + b_lo)), x, c);
+  }
+  V s_lo = fnma(hs, hs, f.z) * rsqrt_estimate(f.z, c);
+  V t = select(f.outer, s, abs_of(x, c));
   V t_lo = as_float<V>(as_uint(s_lo) & as_uint(as_float<V>(f.outer)));
   V p, m;
   if constexpr (scaled(kK)) {
@@ -307,9 +328,16 @@ template <Kind kK, class V, class C> RAVL_INLINE V arc_full(V x, const C& c) {
 // _native class: result = B_hi + t' K (1 + Q), t' = sigma t.
 template <Kind kK, class V, class C> RAVL_INLINE V arc_fast(V x, const C& c) {
   Fold<V> f = fold(x, c);
-  V s = two_sqrt(f.z, rsqrt_estimate(f.z, c), c);
+  V hs = sqrt_hw(f.z);
+  V s = hs + hs;  // 2 sqrt(z), correctly rounded
   V q = series(f.y, c);
-  V t = select(f.outer, s, -f.a);
+  V t = select(f.outer, s, abs_of(x, c));
+  if constexpr (kK == kAsin) {
+    // |asin x| = w = t (1 + Q) inner, pi/2 - w outer: the bits of B + (-w)
+    // with one subtraction in place of the sign flip and the base select.
+    V w = fma(t, q, t);
+    return odd_sign<kK>(select(f.outer, get<V>(c.b_pos_hi) - w, w), x, c);
+  }
   V tt = as_float<V>(as_uint(t) ^ flip_of<kK>(x, f, c));
   V b_hi, b_lo;
   bases<kK>(x, f, c, b_hi, b_lo);
@@ -393,17 +421,20 @@ template <Kind kK> constexpr Shape<double> kShape =
 template <Kind kK> constexpr Shape<float> kShapef =
     kK == kAcos ? kAcosShapef : kK == kAsin ? kAsinShapef : kK == kAcospi ? kAcospiShapef : kAsinpiShapef;
 
-// Every class of a family and its single form: double plain (four-term
-// refinement, degree-11 series), double _native (two terms, degree 5),
-// single plain (one term and the correction s_lo, degree 5), single _native
-// (two terms, degree 3). acos's double classes use acos_designed; the other
-// members arc_full (plain) and arc_fast (_native). One scalar routine per
+// Every class of a family and its single form: double plain (degree-11
+// series), double _native (degree 5), single plain (degree 5), single
+// _native (degree 3). acos's double classes use acos_designed (its square
+// root refined with four and two terms); the other members arc_full (plain)
+// and arc_fast (_native) on the hardware square root. One scalar routine per
 // precision, on the plain rows.
 template <Kind kK> struct Family {
-  static constexpr Rows<double, 4, 12> kFull = make_rows(kTiny, kR4, kP12, kShape<kK>, kK == kAsinpi ? 0x1p64 : 1.0);
-  static constexpr Rows<double, 2, 6> kFast = make_rows(kTiny, kR2, kP6, kShape<kK>);
-  static constexpr Rows<float, 1, 6> kFullf = make_rows(kTinyf, kR1f, kP6f, kShapef<kK>, kK == kAsinpi ? 0x1p32f : 1.0f);
-  static constexpr Rows<float, 2, 4> kFastf = make_rows(kTinyf, kR2f, kP4f, kShapef<kK>);
+  static constexpr int kNr = kK == kAcos ? 4 : 0, kNrFast = kK == kAcos ? 2 : 0;
+  static constexpr Rows<double, kNr, 12> kFull =
+      make_rows<double, kNr>(kTiny, kR4, kP12, kShape<kK>, kK == kAsinpi ? 0x1p64 : 1.0);
+  static constexpr Rows<double, kNrFast, 6> kFast = make_rows<double, kNrFast>(kTiny, kR2, kP6, kShape<kK>);
+  static constexpr Rows<float, 0, 6> kFullf =
+      make_rows<float, 0>(kTinyf, nullptr, kP6f, kShapef<kK>, kK == kAsinpi ? 0x1p32f : 1.0f);
+  static constexpr Rows<float, 0, 4> kFastf = make_rows<float, 0>(kTinyf, nullptr, kP4f, kShapef<kK>);
   static int scalar(const double* x, double* r) { return arc_scalar<kK, double, kFull>(x, r); }
   static int scalarf(const float* x, float* r) { return arc_scalar<kK, float, kFullf>(x, r); }
   using DFull = typename CondT<kK == kAcos, Designed, Full<kK>>::type;

@@ -12,9 +12,9 @@
 // whole of [-1, 1], both sides of |x| = 1/2, near +-1, small |x|;
 // tests/accuracy_test.cpp keeps and asserts the bounds):
 //   acospi   plain    arc_full   0.781 ulp
-//   acospi   _native  arc_fast   4.68e6 ulp (relative 2^-30.6)
-//   acospif  plain    arc_full   0.614 ulp
-//   acospif  _native  arc_fast   5.23 ulp
+//   acospi   _native  arc_fast   4.48e6 ulp (relative 2^-30.6)
+//   acospif  plain    arc_full   0.596 ulp
+//   acospif  _native  arc_fast   5.05 ulp
 #include "trig/acos_core.h"
 
 namespace ravl {

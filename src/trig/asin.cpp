@@ -10,10 +10,10 @@
 // Classes and measured max errors (against MPFR; random bit patterns, the
 // whole of [-1, 1], both sides of |x| = 1/2, near +-1, small and denormal |x|;
 // tests/accuracy_test.cpp keeps and asserts the bounds):
-//   asin   plain    arc_full (pi/2 and the square root in two parts)  0.872 ulp
-//   asin   _native  arc_fast, acos's _native refinement and series     5.04e6 ulp (relative 2^-30.6)
-//   asinf  plain    arc_full in single                                0.655 ulp
-//   asinf  _native  arc_fast in single                                7.84 ulp
+//   asin   plain    arc_full (pi/2 and the square root in two parts)  0.863 ulp
+//   asin   _native  arc_fast, acos's _native series                    4.70e6 ulp (relative 2^-30.6)
+//   asinf  plain    arc_full in single                                0.634 ulp
+//   asinf  _native  arc_fast in single                                7.64 ulp (every single with |x| >= 1/2)
 #include "trig/acos_core.h"
 
 namespace ravl {

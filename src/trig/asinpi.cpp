@@ -13,9 +13,9 @@
 // whole of [-1, 1], both sides of |x| = 1/2, near +-1, small and denormal |x|;
 // tests/accuracy_test.cpp keeps and asserts the bounds):
 //   asinpi   plain    arc_full   0.929 ulp
-//   asinpi   _native  arc_fast   6.42e6 ulp (relative 2^-30.3)
+//   asinpi   _native  arc_fast   5.98e6 ulp (relative 2^-30.3)
 //   asinpif  plain    arc_full   0.750 ulp (denormal results: two roundings)
-//   asinpif  _native  arc_fast   10.1 ulp
+//   asinpif  _native  arc_fast   9.75 ulp
 #include "trig/acos_core.h"
 
 namespace ravl {
