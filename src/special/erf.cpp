@@ -6,10 +6,12 @@
 // results in both classes: +-0 -> +-0, +-inf -> +-1, NaN -> NaN, |x| from
 // 5.9215871957945074 -> +-1, tiny and denormal x -> x + x Q(x) with one rounding.
 //
-// Classes and measured max errors against MPFR (tests/accuracy_rows.cpp,
+// Classes and measured max errors against MPFR (2^17 random doubles a range
+// over [-6.5, 6.5], random bit patterns over [2^-1074, 0.25], [0.125, 6.5] and
+// [5.5, DBL_MAX], plus 2^15 random bit patterns; tests/accuracy_rows.cpp,
 // kBounds, keeps and asserts them):
-//   erf  plain     degree 11 (kErf11)   see kBounds
-//   erf  _native   degree 7  (kErf7)    see kBounds
+//   erf  plain     degree 11 (kErf11)   0.692 ulp (worst x = -0x1.baeb8f8a26a8p-5)
+//   erf  _native   degree 7  (kErf7)    5927 ulp (worst x = 2)
 #include "special/erf_core.h"
 
 namespace ravl {

@@ -57,14 +57,17 @@ template <int kDeg> constexpr int kRowBytes = kDeg + 4 <= 8 ? 64 : 128;
 // The row's columns for a = |x| clamped to [first, last]: col[0] shift,
 // col[1] d, col[2] c0, col[3] c0lo, col[3 + q] c_q. sign_row: 1 in the lanes
 // that read the second half of a 128-row table (erfc of x < 0), else 0.
+// Returns min(a, last), a NaN a kept (hw_min returns its second operand).
 template <int kDeg, int N, int L>
-RAVL_INLINE void fetch(const uint64_t* table, Vec<double, L> ac, Vec<uint64_t, L> sign_row, const Rows& c,
-                       Vec<double, L> (&col)[N]) {
+RAVL_INLINE Vec<double, L> fetch(const uint64_t* table, Vec<double, L> a, Vec<double, L> last,
+                                 Vec<uint64_t, L> sign_row, const Rows& c, Vec<double, L> (&col)[N]) {
   using U = Vec<uint64_t, L>;
+  Vec<double, L> ac = hw_min(hw_max(a, get<Vec<double, L>>(c.first)), last);
   U off = ((as_uint(ac) >> 42) & get<U>(c.word)) - get<U>(c.base);
   if constexpr (kRowBytes<kDeg> == 64) off = (off >> 1) + (sign_row << 12);
   else off = off + (sign_row << 13);
   gather_cols<N>(reinterpret_cast<const double*>(table), bitcast<Vec<int64_t, L>>(off), col);
+  return hw_min(last, a);
 }
 
 // c1 + t (c2 + ... + t cn) by Horner's rule in fused multiply-adds.
@@ -87,10 +90,8 @@ template <int kDeg, int L> RAVL_INLINE Vec<double, L> erf_eval(Vec<double, L> x,
   const Rows& c = rows(kRows);
   constexpr int N = (kDeg + 5) & ~1;
   V a = as_float<V>(as_uint(x) & get<U>(c.abs));
-  V ac = hw_min(hw_max(a, get<V>(c.first)), get<V>(c.erf_last));
   V col[N];
-  fetch<kDeg, N>(table, ac, U(0), c, col);
-  V t = hw_min(get<V>(c.erf_last), a) + col[0];  // a NaN a stays (hw_min returns its second operand)
+  V t = fetch<kDeg, N>(table, a, get<V>(c.erf_last), U(0), c, col) + col[0];
   V p = horner<kDeg>(col, t);
   V w = fma(t, col[1], col[2]);  // exact: t on row 0, c0 elsewhere
   V y = select(a < get<V>(c.eighth), fma(p, t, w), w + fma(p, t, col[3]));
@@ -128,18 +129,17 @@ template <int kDeg, int kExpDeg, int L> RAVL_INLINE Vec<double, L> erfc_eval(Vec
   using I = Vec<int64_t, L>;
   const Rows& c = rows(kRows);
   constexpr int N = (kDeg + 5) & ~1;
-  V a = as_float<V>(as_uint(x) & get<U>(c.abs));
-  V ac = hw_min(hw_max(a, get<V>(c.first)), get<V>(c.erfc_last));
-  // Rows 64..127 for a set sign bit.
+  // Rows 64..127 for a set sign bit. From a = 28 on (+inf included) the
+  // clamped ae gives the same +0 (or 2).
   V col[N];
-  fetch<kDeg, N>(table, ac, as_uint(x) >> 63, c, col);
-  V t = hw_min(get<V>(c.erfc_last), a) + col[0];
+  V ae = fetch<kDeg, N>(table, as_float<V>(as_uint(x) & get<U>(c.abs)), get<V>(c.erfc_last), as_uint(x) >> 63, c, col);
+  V t = ae + col[0];
   V u = fma(horner<kDeg>(col, t), t, col[3]);
   V g = col[2] + u;
   // z + z_lo = -a^2 for x >= 0, 0 for x < 0.
-  V s = a * a;
+  V s = ae * ae;
   V z = select_sign(as_uint(x), -s, V(0.0));
-  V z_lo = select_sign(as_uint(x), fnma(a, a, s), V(0.0));  // s - a^2, exact
+  V z_lo = select_sign(as_uint(x), fnma(ae, ae, s), V(0.0));  // s - a^2, exact
   V k = fma(z, get<V>(c.inv_ln2x64), get<V>(c.shift));
   V n = k - get<V>(c.shift);
   I ni = as_int(k) - as_int(get<V>(c.shift));
