@@ -6,10 +6,11 @@
 // results (erfcf(10) = 2.08849656e-45) are right, and +0 comes from 10.0542
 // on. No scalar routine: +-0 -> 1, +inf -> +0, -inf -> 2, NaN -> NaN.
 //
-// Classes and measured max errors against MPFR (every float:
+// Classes and measured max errors against MPFR (2^18 floats evenly spread
+// over the positive bit patterns and 2^18 over the negative ones;
 // tests/accuracy_rows.cpp, kBounds, keeps and asserts them):
-//   erfcf  plain     degree 6 (kErfc6), e^r to degree 4
-//   erfcf  _native   degree 4 (kErfc4), e^r to degree 3
+//   erfcf  plain     degree 6 (kErfc6), e^r to degree 4   0.500 ulp
+//   erfcf  _native   degree 4 (kErfc4), e^r to degree 3   1.327 ulp (worst x = 0x1.b52916p-4)
 #include "special/erf_core.h"
 
 namespace ravl {
