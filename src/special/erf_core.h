@@ -83,8 +83,11 @@ template <int kDeg, int N, class V> RAVL_INLINE V horner(const V (&col)[N], V t)
 // rows: (c0 + d t) + (c0lo + t p), one rounding of a sum whose second part is
 // below 0.06 of the first. The sign of x is ORed back: erf(-x) = -erf(x) bit
 // for bit, erf(-0) = -0. +-inf reach row 45 (t = 6): +-1; NaN stays NaN
-// through t.
-template <int kDeg, int L> RAVL_INLINE Vec<double, L> erf_eval(Vec<double, L> x, const uint64_t* table) {
+// through t. kC0Lo false (the single families, whose one rounding to single
+// hides c0's own rounding): fma(p, t, c0 + d t) on every row, no c0lo and no
+// blend.
+template <int kDeg, int L, bool kC0Lo = true>
+RAVL_INLINE Vec<double, L> erf_eval(Vec<double, L> x, const uint64_t* table) {
   using V = Vec<double, L>;
   using U = Vec<uint64_t, L>;
   const Rows& c = rows(kRows);
@@ -94,7 +97,9 @@ template <int kDeg, int L> RAVL_INLINE Vec<double, L> erf_eval(Vec<double, L> x,
   V t = fetch<kDeg, N>(table, a, get<V>(c.erf_last), U(0), c, col) + col[0];
   V p = horner<kDeg>(col, t);
   V w = fma(t, col[1], col[2]);  // exact: t on row 0, c0 elsewhere
-  V y = select(a < get<V>(c.eighth), fma(p, t, w), w + fma(p, t, col[3]));
+  V y;
+  if constexpr (kC0Lo) y = select(a < get<V>(c.eighth), fma(p, t, w), w + fma(p, t, col[3]));
+  else y = fma(p, t, w);
   return as_float<V>(as_uint(y) | (as_uint(x) & get<U>(c.sign)));
 }
 

@@ -21,14 +21,14 @@ namespace erff_detail {
 struct ErffFull : frame::Kernel {
   using sig = float(float);
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 v) { return erf_core::erf_eval<6, 4>(v, erf_tables::kErf6); });
+    return via_double<L>(x, [](F64x4 v) { return erf_core::erf_eval<6, 4, false>(v, erf_tables::kErf6); });
   }
 };
 
 struct ErffFast : frame::Kernel {
   using sig = float(float);
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 v) { return erf_core::erf_eval<4, 4>(v, erf_tables::kErf4); });
+    return via_double<L>(x, [](F64x4 v) { return erf_core::erf_eval<4, 4, false>(v, erf_tables::kErf4); });
   }
 };
 
