@@ -115,6 +115,9 @@ const Range kRanges[] = {
     {"sinh", -88, 88, 0, 0, false},         {"cosh", -88, 88, 0, 0, false},
     {"tanh", -20, 20, 0, 0, false},         {"asinh", -1e3, 1e3, 0, 0, false},
     {"acosh", 1, 1e3, 0, 0, false},          {"atanh", -1, 1, 0, 0, false},
+    // erf over [-6, 6] (every row up to the rounding to +-1), erfc over [-2, 27]
+    // (the negative rows near 0 and the whole positive tail to the underflow).
+    {"erf", -6, 6, 0, 0, false},            {"erfc", -2, 27, 0, 0, false},
     {"ldexp", -1e6, 1e6, -60, 60, false},   {"div", 0.5, 2, 0, 0, false},
     {"inv", 0.5, 2, 0, 0, false},           {"nan", 0, 0, 0, 1 << 20, false},
     // The trigonometric functions on moderate arguments (a few hundred

@@ -29,7 +29,8 @@ const std::map<std::string, MpfrFn> kMpfr = {
     {"acos", mpfr_acos},   {"asin", mpfr_asin},   {"acospi", mpfr_acospi}, {"asinpi", mpfr_asinpi},
     {"atan", mpfr_atan},   {"atanpi", mpfr_atanpi},
     {"sinh", mpfr_sinh},   {"cosh", mpfr_cosh},   {"tanh", mpfr_tanh},
-    {"asinh", mpfr_asinh}, {"acosh", mpfr_acosh}, {"atanh", mpfr_atanh}};
+    {"asinh", mpfr_asinh}, {"acosh", mpfr_acosh}, {"atanh", mpfr_atanh},
+    {"erf", mpfr_erf},     {"erfc", mpfr_erfc}};
 // OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
 // indeterminate 0^0, inf^0 and 1^inf.
 int powr_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
@@ -68,7 +69,7 @@ const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sinco
 const Parity kParity[] = {{"sin", "o"},   {"cos", "e"},    {"tanf", "o"},  {"sincos", "oe"}, {"sincosreg", "oe"},
                 {"cbrt", "o"},  {"rcbrt", "o"},  {"asin", "o"},  {"asinpi", "o"},  {"atan", "o"},
                 {"atanpi", "o"}, {"sinh", "o"},  {"cosh", "e"},  {"tanh", "o"},    {"asinh", "o"},
-                {"atanh", "o"}};
+                {"atanh", "o"}, {"erf", "o"},   {"erff", "o"}};
 // tan (double) is not odd bit for bit above 128000: its full-range path works
 // on the signed argument, and the mirror nodes pi/4 and 3pi/4 of its table
 // differ in the pole term's weight (1 and 0), so tan(-x) and -tan(x) may
@@ -207,6 +208,14 @@ const struct {
     {"atanh", "fast", 1.7},     // 1.652 (x = 0x1.c0e6f08ebd4p-10)
     {"atanhf", "full", 0.501},  // 0.500
     {"atanhf", "fast", 0.501},  // 0.500
+    {"erf", "full", 0.7},       // 0.692 (x near 0.054: c0 + t p rounded once, the fit 0.05)
+    {"erf", "fast", 5930},      // 5927 at x = 2 (the degree-7 rows)
+    {"erff", "full", 0.501},    // 0.5007 (every float)
+    {"erff", "fast", 3.7},      // 3.661 (every float; the degree-4 row 0)
+    {"erfc", "full", 0.76},     // 0.7547 at x = 26.55 (a denormal result), 0.7388 on normal ones
+    {"erfc", "fast", 9400},     // 9387 at x = 17.0 (the degree-7 rows)
+    {"erfcf", "full", 0.501},   // 0.500
+    {"erfcf", "fast", 1.35},    // 1.327 at x = 0.107
     // Single trigonometric families: every positive single (tools/exhaustive/exhaustive_trigf.cpp).
     {"sinf", "full", 2.38},       // 2.370 fast path (the designed kernel), 0.5005 full range
     {"sinf", "fast", 2525},       // 2524.5 (the degree-5 kernel; half_sin allows 8192)
@@ -372,6 +381,23 @@ const Range kRanges[] = {
     {"acoshf", "near_one", 1, 1.001, kEvery},
     {"atanhf", "every", 0, 1, kEvery},
     {"atanhf", "near_one", 0.999, 1, kEvery},
+    // erf: every row of the table, tiny and denormal x (row 0: x + x Q(x)),
+    // the rounding to 1 from 5.9215863 and beyond.
+    {"erf", "moderate", -6.5, 6.5},
+    {"erf", "tiny", 0x1p-1074, 0.25, kBitPatterns},
+    {"erf", "rows", 0.125, 6.5, kBitPatterns},
+    {"erf", "huge", 5.5, kDMax, kBitPatterns},
+    {"erff", "every", 0, kFMax, kEvery},
+    // erfc: the tail x from 0.5 to the underflow at 27.2299 (denormal results
+    // from 26.55) and beyond, negative x (2 - erfc|x|, 2 from -5.8636), small x.
+    {"erfc", "moderate", -6, 28},
+    {"erfc", "tail", 0.5, 27.3, kBitPatterns},
+    {"erfc", "denormal", 26.4, 27.3},
+    {"erfc", "beyond", 27.2, kDMax, kBitPatterns},
+    {"erfc", "negative", -0x1p-1074, -7, kBitPatterns},
+    {"erfc", "small", 0x1p-1074, 0.5, kBitPatterns},
+    {"erfcf", "every", 0, kFMax, kEvery},
+    {"erfcf", "negative", -0x1p-149, -kFMax, kEvery},
 };
 // The arc tangents: the nodes' range, every binade (huge and tiny included);
 // atan2 in each quadrant over every exponent difference, near the diagonal,

@@ -326,6 +326,22 @@ const Row kRows[] = {
                 FLT_MAX, ACC}},
     {"atanhf", {NAN, NAN, 1, INF, -1, -INF, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, 0x1.fffffep-13, 0x1.fffffep-13,
                 0x1p-12, ACC, 0x1.fffffep-1, ACC, -0x1.fffffep-1, ACC, 0x1.000002p0, NAN, INF, NAN}},
+    // erf: the roundings to +-1 at 5.9215871957945074 (3.9192059 in single) and
+    // the last value below, within the bound (the polynomial reaches 1 within an
+    // ulp of them), the constant row from 6 on; x + x Q(x) with one rounding on
+    // tiny and denormal x. erfc: the rounding to +0 at 27.226017111108366
+    // (10.0541954 in single), denormal results below it, +0 from 28; the rounding
+    // to 2 at -5.8635847487551684 (-3.8325069 in single), 2 from -6 on.
+    {"erf", {NAN, NAN, INF, 1, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-1074, ACC, -0x1p-1074, ACC, 0x1p-1022, ACC,
+             0x0.fffffffffffffp-1022, ACC, 1e-300, ACC, 0x1.7afb48dc96627p+2, ACC, 0x1.7afb48dc96626p+2, ACC,
+             -0x1.7afb48dc96627p+2, ACC, 6, 1, 0.125, ACC, 0x1.fffffffffffffp-4, ACC, DBL_MAX, 1, 1, ACC}},
+    {"erff", {NAN, NAN, INF, 1, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-149, ACC, -0x1p-149, ACC, 0x1p-126, ACC,
+              0x1.f5a88ap+1, ACC, 0x1.f5a888p+1, ACC, -0x1.f5a88ap+1, ACC, 6, 1, FLT_MAX, 1, 1, ACC}},
+    {"erfc", {NAN, NAN, INF, 0, -INF, 2, 0, 1, -0.0, 1, 0x1p-1074, 1, 27, ACC, 0x1.b39dc41e48bfdp+4, ACC,
+              0x1.b39dc41e48bfcp+4, ACC, 28, 0, 1e300, 0, -0x1.7744f8f74e94bp+2, ACC, -0x1.7744f8f74e94ap+2, ACC,
+              -6, 2, -DBL_MAX, 2, 0.5, ACC, 10, ACC, 26.5, ACC}},
+    {"erfcf", {NAN, NAN, INF, 0, -INF, 2, 0, 1, -0.0, 1, 0x1p-149, 1, 10, ACC, 0x1.41bbf8p+3, ACC, 0x1.41bbf6p+3, ACC,
+               11, 0, FLT_MAX, 0, -0x1.ea8f96p+1, ACC, -0x1.ea8f94p+1, ACC, -6, 2, 28, 0, -FLT_MAX, 2, 1, ACC}},
     // Division: IEEE in every class but the single approximate ones, which
     // give the IEEE quotient where the divisor is zero, denormal or huge.
     {"div", {1, 0, INF, 0, 0, NAN, 1, 0x1p-1074, INF, -1, 0, -INF, 1, -0.0, -INF, 6, 3, 2, 1, 0.0078125, 128}},
