@@ -13,6 +13,10 @@
 namespace ravl_test {
 namespace {
 
+int lgamma_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t rnd) {
+  int sign;
+  return mpfr_lgamma(r, &sign, x, rnd);
+}
 const std::map<std::string, MpfrFn> kMpfr = {
     {"exp", mpfr_exp},     {"exp2", mpfr_exp2}, {"exp10", mpfr_exp10}, {"expm1", mpfr_expm1},
     {"log", mpfr_log},     {"log2", mpfr_log2}, {"log10", mpfr_log10}, {"log1p", mpfr_log1p},
@@ -29,7 +33,9 @@ const std::map<std::string, MpfrFn> kMpfr = {
     {"acos", mpfr_acos},   {"asin", mpfr_asin},   {"acospi", mpfr_acospi}, {"asinpi", mpfr_asinpi},
     {"atan", mpfr_atan},   {"atanpi", mpfr_atanpi},
     {"sinh", mpfr_sinh},   {"cosh", mpfr_cosh},   {"tanh", mpfr_tanh},
-    {"asinh", mpfr_asinh}, {"acosh", mpfr_acosh}, {"atanh", mpfr_atanh}};
+    {"asinh", mpfr_asinh}, {"acosh", mpfr_acosh}, {"atanh", mpfr_atanh},
+    // ln |Gamma(x)| (+inf at the poles), the first result of lgammar too; Gamma(x).
+    {"lgamma", lgamma_ref}, {"lgammar", lgamma_ref}, {"tgamma", mpfr_gamma}};
 // OpenCL's powr: pow on x >= 0 (-0 as +0), NaN for x < 0 and for the
 // indeterminate 0^0, inf^0 and 1^inf.
 int powr_ref(mpfr_ptr r, mpfr_srcptr x, mpfr_srcptr y, mpfr_rnd_t rnd) {
@@ -192,6 +198,14 @@ const struct {
     {"tanh", "full", 1.2},      // 1.188
     {"tanh", "fast", 221},      // 220.0 (expm1's fast kernel near 2|x| = ln2/256)
     {"tanhf", "full", 0.501},   // 0.500
+    // The gamma families; lgamma's bound is the one near the negative zeros of
+    // ln |Gamma| (the tighter ones of the other ranges are in kRanges).
+    {"lgamma", "full", 1e9},
+    {"lgammaf", "full", 1e9},
+    {"lgammar", "full", 1e9},
+    {"lgammarf", "full", 1e9},
+    {"tgamma", "full", 2},
+    {"tgammaf", "full", 2},
     {"tanhf", "fast", 0.501},   // 0.500
     // Single trigonometric families: every positive single (tools/exhaustive/exhaustive_trigf.cpp).
     {"sinf", "full", 2.38},       // 2.370 fast path (the designed kernel), 0.5005 full range
@@ -334,6 +348,35 @@ const Range kRanges[] = {
     {"tanh", "huge", 22, kDMax, kBitPatterns},
     {"tanhf", "every", 0, kFMax, kEvery},
 };
+// The gamma families: the shifted and the Stirling ranges, tiny and huge x,
+// around the zeros 1 and 2 of ln Gamma, the negative axis (poles and the
+// reflection), and the neighbourhoods of the negative zeros of ln |Gamma|
+// (the family's loosest bound); Gamma up to its overflow and down into the
+// denormals on the negative axis.
+std::vector<Range> gamma_ranges() {
+  std::vector<Range> v;
+  for (const char* f : {"lgamma", "lgammar", "lgammaf", "lgammarf"}) {
+    const bool single = f[std::strlen(f) - 1] == 'f';
+    v.push_back({f, "moderate", 0, 100, kUniform, 2});
+    v.push_back({f, "wide", single ? 0x1p-149 : 0x1p-1074, single ? kFMax : kDMax, kBitPatterns, 2});
+    v.push_back({f, "near1", 0.75, 1.25, kUniform, 2});
+    v.push_back({f, "near2", 1.75, 2.25, kUniform, 2});
+    v.push_back({f, "tiny", single ? 0x1p-149 : 0x1p-1074, 0x1p-4, kBitPatterns, 2});
+    v.push_back({f, "negative", -0.5, -2.4, kUniform, 4});
+    v.push_back({f, "negative_far", -3.2, -3.9, kUniform, 4});
+    v.push_back({f, "negative_wide", -0x1p-60, single ? -0x1p23 : -0x1p52, kBitPatterns, 4});
+    v.push_back({f, "negative_roots", -2.2, -8, kUniform});
+  }
+  for (const char* f : {"tgamma", "tgammaf"}) {
+    const bool single = f[std::strlen(f) - 1] == 'f';
+    v.push_back({f, "moderate", 0.5, single ? 35.0 : 170.0});
+    v.push_back({f, "small", single ? 0x1p-149 : 0x1p-1074, 8, kBitPatterns});
+    v.push_back({f, "overflow", single ? 34.0 : 170.0, single ? 36.0 : 172.0});
+    v.push_back({f, "negative", single ? -30.0 : -170.0, 0});
+    v.push_back({f, "denormal", single ? -50.0 : -190.0, single ? -34.0 : -170.0});
+  }
+  return v;
+}
 // The arc tangents: the nodes' range, every binade (huge and tiny included);
 // atan2 in each quadrant over every exponent difference, near the diagonal,
 // and with both arguments huge or tiny (the scaled pairs of the scalar
@@ -368,6 +411,7 @@ std::vector<Range> atan_ranges() {
 std::vector<Range> ranges() {
   std::vector<Range> v(std::begin(kRanges), std::end(kRanges));
   for (const Range& r : atan_ranges()) v.push_back(r);
+  for (const Range& r : gamma_ranges()) v.push_back(r);
   for (const char* f : {"log", "log2", "log10", "logf", "log2f", "log10f"}) {
     const bool single = f[std::strlen(f) - 1] == 'f';
     v.push_back({f, "wide", single ? kFMin : kDMin, single ? kFMax : kDMax, kBitPatterns});
