@@ -32,7 +32,7 @@ RAVL_INLINE int lgammaf_scalar(const float* x, float* r) {
 }
 
 struct Lgamma : MarkedKernel1<double, lgamma_scalar> {
-  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
+  template <int L> static RAVL_GAMMA_BODY Vec<double, L> vec(Vec<double, L> x) {
     return on_doubles([](F64x4 a) __attribute__((always_inline)) { return lgamma_vec4(a); }, x);
   }
 };

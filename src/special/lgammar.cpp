@@ -25,9 +25,11 @@ template <class T, int (*Scalar)(T, T*, int32_t*)> struct LgammarKernel : frame:
 };
 
 struct Lgammar : LgammarKernel<double, lgamma_rules> {
+  template <int L> static RAVL_GAMMA_BODY Vec<double, L> first(Vec<double, L> x) {
+    return on_doubles([](F64x4 a) __attribute__((always_inline)) { return lgamma_vec4(a); }, x);
+  }
   template <int L> static RAVL_INLINE Two<Vec<double, L>, Vec<int32_t, L>> vec(Vec<double, L> x) {
-    return {on_doubles([](F64x4 a) __attribute__((always_inline)) { return lgamma_vec4(a); }, x),
-            Vec<int32_t, L>(1)};
+    return {first<L>(x), Vec<int32_t, L>(1)};
   }
 };
 struct Lgammarf : LgammarKernel<float, lgammaf_rules> {

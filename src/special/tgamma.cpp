@@ -29,7 +29,7 @@ RAVL_INLINE int tgamma_scalar(const double* x, double* r) { return tgamma_rules(
 RAVL_INLINE int tgammaf_scalar(const float* x, float* r) { return tgammaf_rules(*x, r); }
 
 struct Tgamma : MarkedKernel1<double, tgamma_scalar> {
-  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
+  template <int L> static RAVL_GAMMA_BODY Vec<double, L> vec(Vec<double, L> x) {
     return on_doubles([](F64x4 a) __attribute__((always_inline)) { return tgamma_vec4(a); }, x);
   }
 };
