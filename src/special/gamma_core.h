@@ -10,14 +10,13 @@
 //   log2 Gamma(z) = (z - 1/2) log2 z - z log2(e) + log2(2 pi)/2 + S(z) log2(e)
 //   (Stirling), log2 z from pow_core's log2_accurate (double-word, relative
 //   error below 2^-70), every product with its fused rounding error, S from
-//   the fitted remainder (tables/gamma.h, absolute error 2^-60.1);
+//   the fitted remainder (tables/gamma.h, absolute error 2^-68.3);
 //   ln Gamma(x) = (log2 Gamma(z) - log2 P) ln 2, the difference exact, the
 //   product double-word, rounded once; Gamma(x) = 2^(log2 Gamma(z)) / P with
 //   pow_core's exp2_accurate of the double-word exponent and one double-word
 //   division.
-// The absolute error of log2 Gamma(z) - log2 P is below about 2^-62 for
-// moderate x (2^-70 relative of terms up to a few thousand, 2^-60 of the
-// remainder), so ln Gamma keeps its relative accuracy except near its zeros
+// The absolute error of log2 Gamma(z) - log2 P is below about 2^-64 for
+// moderate x (2^-70 relative of terms up to a few hundred), so ln Gamma keeps its relative accuracy except near its zeros
 // x = 1 and x = 2: the vector path flags |x - 1| < 1/16 and |x - 2| < 1/16,
 // where the scalar routine sums the Taylor series at 1 and 2 (zeta values,
 // tables/gamma.h) instead.
@@ -126,13 +125,20 @@ template <class V> RAVL_INLINE Shifted<V> shifted(V x) {
   const V ea = fma(a.hi, l.hi, -pa) + fma(a.hi, l.lo, al * l.hi);
   const V q = z.hi * V(kLog2eHi);
   const V eq = fma(z.hi, V(kLog2eHi), -q) + fma(z.hi, V(kLog2eLo), z.lo * V(kLog2eHi));
+  // S log2(e) = (r + r_lo) (c0 + (c0_lo + w Q(w))), 1/z = r + r_lo to about
+  // 2^-100 (both roundings of r and of a single product would cost 2^-59 at
+  // z = 8), the product r c0 exact.
+  const V r_lo = (fma(-r, z.hi, V(1.0)) - z.lo * r) * r;
   const V w = r * r;
-  const V s = r * fma(fma(fma(fma(fma(fma(fma(V(kS<7>), w, V(kS<6>)), w, V(kS<5>)), w, V(kS<4>)), w, V(kS<3>)), w,
-                                  V(kS<2>)), w, V(kS<1>)), w, V(kS<0>));
+  const V qw = w * fma(fma(fma(fma(fma(fma(V(kS<7>), w, V(kS<6>)), w, V(kS<5>)), w, V(kS<4>)), w, V(kS<3>)), w,
+                           V(kS<2>)), w, V(kS<1>));
+  const V sh = r * V(kS<0>);
+  const V sl = fma(r, V(kS<0>), -sh) + fma(r, qw + V(kS<8>), r_lo * V(kS<0>));  // kS<8>: c0's low part
   const Dd<V> s1 = two_sum(pa, -q);
   const Dd<V> s2 = two_sum(s1.hi, V(kHalfLog2TwoPiHi));
-  const V lo = ((s1.lo + s2.lo) + (ea - eq)) + (V(kHalfLog2TwoPiLo) + s);
-  return {fast_two_sum(s2.hi, lo), p};
+  const Dd<V> s3 = two_sum(s2.hi, sh);
+  const V lo = ((s1.lo + s2.lo) + (ea - eq)) + ((s3.lo + V(kHalfLog2TwoPiLo)) + sl);
+  return {fast_two_sum(s3.hi, lo), p};
 }
 
 // log2 Gamma(x) as a double-word value, x in [2^-1000, 2^1000].
@@ -161,9 +167,12 @@ template <class V> RAVL_INLINE V tgamma_positive(V x) {
   const typename T::I k = pow_core::exp2_accurate(sh.g2, hi, q);
   const V scale = T::num(((U)(k + 1023 * 128) >> 7) << 52);  // 2^(k >> 7), k >> 7 <= 1023
   const V gh = hi * scale, gl = q * scale;                     // Gamma(z) = gh + gl
-  const V rh = gh / sh.p.hi;
+  // gh / P by one reciprocal: rh = gh (1/P.hi) is within an ulp or so, the
+  // remainder of that quotient is exact and its correction small.
+  const V inv = V(1.0) / sh.p.hi;
+  const V rh = gh * inv;
   const V rem = fma(-rh, sh.p.hi, gh);  // exact
-  return rh + (rem + (gl - rh * sh.p.lo)) / sh.p.hi;
+  return rh + (rem + (gl - rh * sh.p.lo)) * inv;
 }
 
 // ---- the 4-lane vector paths (lanes they cannot serve made NaN) ----------------------
@@ -179,6 +188,52 @@ RAVL_INLINE F64x4 lgamma_vec4(F64x4 x) {
 RAVL_INLINE F64x4 tgamma_vec4(F64x4 x) {
   const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kTgammaVecHi));
   return pow_core::mark(tgamma_positive(x), flagged);
+}
+
+// ---- the single paths: the same shift and series in plain double --------------------
+//
+// For single x (exact as doubles) the double-word steps are not needed: the
+// products x (x + 1) ... and z ln z carry relative errors near 2^-52, pow_core's
+// ln_fast is within about 2^-48 absolute (its degree-4 series at |u| < 1.8e-3)
+// and exp_fast within 1.4e-8 relative (its chord), so ln Gamma is within about
+// 2^-44 absolute of the true value and Gamma within 1.5e-8 relative before the
+// rounding to single (below a quarter of a single ulp; the factorials that are
+// singles come out exactly). The lane tests are the double paths'.
+
+// ln Gamma(z) and P (to p) for single x in (0, 2^1000], z and P as above.
+RAVL_INLINE F64x4 lgamma_plain(F64x4 x, F64x4& p, const pow_core::FastRows& c) {
+  using V = F64x4;
+  const auto m0 = x < V(kShiftTo);
+  p = select(m0, x, V(1.0));
+  V n = select(m0, V(1.0), V(0.0));
+  for (int k = 1; k < 8; ++k) {
+    const V f = x + V((double)k);
+    const auto mk = f < V(kShiftTo);
+    p = p * select(mk, f, V(1.0));
+    n = select(mk, V((double)(k + 1)), n);
+  }
+  const V z = x + n;
+  const V r = V(1.0) / z;
+  const V w = r * r;
+  const V s = r * fma(fma(fma(fma(fma(fma(fma(V(kS<7>), w, V(kS<6>)), w, V(kS<5>)), w, V(kS<4>)), w, V(kS<3>)), w,
+                                  V(kS<2>)), w, V(kS<1>)), w, V(kS<0>));
+  // (z - 1/2) ln z - z + ln(2 pi)/2 + S(z), S = s ln 2.
+  return fma(z - V(0.5), pow_core::ln_fast(z, c), -z) + fma(s, V(kLn2Hi), V(kHalfLog2TwoPiHi * kLn2Hi));
+}
+RAVL_INLINE F64x4 lgammaf_vec4(F64x4 x) {
+  const pow_core::FastRows& c = rows(pow_core::kFastRows);
+  const F64x4 t = abs(x - F64x4(1.5));
+  const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kVecHi)) | (abs(t - F64x4(0.5)) < F64x4(kNearRoot));
+  F64x4 p;
+  const F64x4 g = lgamma_plain(x, p, c);
+  return pow_core::mark(g - pow_core::ln_fast(p, c), flagged);
+}
+RAVL_INLINE F64x4 tgammaf_vec4(F64x4 x) {
+  const pow_core::FastRows& c = rows(pow_core::kFastRows);
+  const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kTgammaVecHi));
+  F64x4 p;
+  const F64x4 g = lgamma_plain(x, p, c);
+  return pow_core::mark(pow_core::exp_fast(g, c) / p, flagged);
 }
 
 // ---- sin(pi x) ------------------------------------------------------------------------

@@ -38,7 +38,7 @@ struct Lgamma : MarkedKernel1<double, lgamma_scalar> {
 };
 struct Lgammaf : MarkedKernel1<float, lgammaf_scalar> {
   template <int L> static RAVL_GAMMA_BODY Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 a) __attribute__((always_inline)) { return lgamma_vec4(a); });
+    return via_double<L>(x, [](F64x4 a) __attribute__((always_inline)) { return lgammaf_vec4(a); });
   }
 };
 

@@ -34,7 +34,7 @@ struct Lgammar : LgammarKernel<double, lgamma_rules> {
 };
 struct Lgammarf : LgammarKernel<float, lgammaf_rules> {
   template <int L> static RAVL_GAMMA_BODY Vec<float, L> first(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 a) __attribute__((always_inline)) { return lgamma_vec4(a); });
+    return via_double<L>(x, [](F64x4 a) __attribute__((always_inline)) { return lgammaf_vec4(a); });
   }
   template <int L> static RAVL_INLINE Two<Vec<float, L>, Vec<int32_t, L>> vec(Vec<float, L> x) {
     return {first<L>(x), Vec<int32_t, L>(1)};

@@ -35,7 +35,7 @@ struct Tgamma : MarkedKernel1<double, tgamma_scalar> {
 };
 struct Tgammaf : MarkedKernel1<float, tgammaf_scalar> {
   template <int L> static RAVL_GAMMA_BODY Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 a) __attribute__((always_inline)) { return tgamma_vec4(a); });
+    return via_double<L>(x, [](F64x4 a) __attribute__((always_inline)) { return tgammaf_vec4(a); });
   }
 };
 

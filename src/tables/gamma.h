@@ -11,11 +11,13 @@ namespace ravl {
 namespace gamma_tables {
 
 // Stirling's remainder in base 2: ln Gamma(z) = (z - 1/2) ln z - z + ln(2 pi)/2 + S(z),
-// S(z) log2(e) = (1/z) (c0 + c1 w + ... + c7 w^7), w = 1/z^2, for z >= 8 (interpolated at
-// the Chebyshev nodes of [0, 1/64]; max error 60.1 bits below 1 over z = 8..8e17).
-alignas(64) inline constexpr uint64_t kStirling[8] = {
+// S(z) log2(e) = (1/z) ((c0 + c0_lo) + c1 w + ... + c7 w^7), w = 1/z^2, for z >= 8
+// (interpolated at the Chebyshev nodes of [0, 1/64]; the last entry is c0_lo, the rest
+// of c0; max error 68.3 bits below 1 over z = 8..8e17).
+alignas(64) inline constexpr uint64_t kStirling[9] = {
     0x3fbec709dc3a03fdull, 0xbf706a27646334a9ull, 0x3f52c2762987d598ull, 0xbf4c23b1056cbe5eull,
     0x3f53e568b5c4125dull, 0xbf66a1d39df73749ull, 0x3f8257c21e4f1e69ull, 0xbf9ecf8b0c08c59aull,
+    0x3c5d1289a108ffd7ull,
 };
 
 // Double-word constants (hi, lo): log2(2 pi)/2, log2(e), ln 2, log2(pi), -gamma (Euler's
