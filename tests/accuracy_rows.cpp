@@ -200,10 +200,10 @@ const struct {
     {"tanhf", "full", 0.501},   // 0.500
     // The gamma families (about 1.7e5 inputs per double range, 3.3e5 per single
     // one). lgamma's family bound is the one of the negative axis, sampled
-    // uniformly between and around its zeros: 1.87 (x = -3.1436, next to the
-    // zero -3.1435808...); the absolute error there is about 2^-68, so the
-    // doubles within about 2^-16 relative of a negative zero lose relative
-    // accuracy (no expansion about those zeros yet). Positive x: 1.29.
+    // uniformly between and around its zeros: 1.87 (x = -3.1436); 1.08 over
+    // the 41 doubles nearest each negative zero down to -24 and across the
+    // edges of their windows (the polynomials about each zero). Positive x:
+    // 1.29 (x = 1.923, beside the Taylor window at 2).
     {"lgamma", "full", 4},
     {"lgammaf", "full", 4},      // 0.5 (rounded once from the double-precision path)
     {"lgammar", "full", 4},      // lgamma's bits

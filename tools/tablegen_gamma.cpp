@@ -140,6 +140,97 @@ constexpr int kTaylorLast = 17;
 // each as (hi, lo): on |t| <= 1/4 the first omitted term is below 2^-104.
 constexpr int kTrigTerms = 14;
 
+// ---- the negative zeros of ln |Gamma| ---------------------------------------------
+//
+// Each unit interval (-n - 1, -n), n >= 2, holds two zeros of ln |Gamma(x)|,
+// one near each pole (|Gamma| >= 1 there, below 1 in the middle). Row j =
+// 2 (n - 2) + side (side 0: the zero nearer -n) of kRoots holds
+//   r_hi, r_lo  the zero as a double-word value,
+//   delta       the half width of its window: 2^-14 / |psi(r)|, where
+//               ln |Gamma(r + t)| is below 2^-14 and the reflection's absolute
+//               error (about 2^-68) would be more than 2^-54 of the result,
+//   c1_hi, c1_lo, c2, c3, c4: ln |Gamma(r + t)| = t (c1 + c2 t + c3 t^2 + c4 t^3) on
+//               |t| <= delta (interpolated at 4 Chebyshev nodes of the window:
+//               the next term is below 2^-60 of the first there).
+constexpr int kRootFirst = 2, kRootLast = 23, kRootStride = 8;
+
+void lgamma_abs(mpfr_t r, const mpfr_t x) {
+  int sign;
+  mpfr_lgamma(r, &sign, x, MPFR_RNDN);
+}
+
+// The zero of ln |Gamma| between lo and hi (opposite signs), by bisection to kPrec bits.
+void bisect(mpfr_t root, double lo_d, double hi_d) {
+  M lo, hi, mid, v, vlo;
+  mpfr_set_d(lo, lo_d, MPFR_RNDN);
+  mpfr_set_d(hi, hi_d, MPFR_RNDN);
+  lgamma_abs(vlo, lo);
+  for (int k = 0; k < kPrec - 8; ++k) {
+    mpfr_add(mid, lo, hi, MPFR_RNDN);
+    mpfr_div_2ui(mid, mid, 1, MPFR_RNDN);
+    lgamma_abs(v, mid);
+    if (mpfr_sgn(v.v) == mpfr_sgn(vlo.v)) mpfr_set(lo, mid, MPFR_RNDN);
+    else mpfr_set(hi, mid, MPFR_RNDN);
+  }
+  mpfr_set(root, lo, MPFR_RNDN);
+}
+
+void root_row(int n, int side, uint64_t* row) {
+  // ln |Gamma| is positive near the poles, negative in the middle: the zero
+  // nearer -n lies between -n - 2^-60 (just past the pole, large) and the middle.
+  M r, t, g, psi;
+  const double mid = -n - 0.5;
+  // The minimum of |Gamma| on the interval is near its middle; ln |Gamma| < 0 there for n >= 2.
+  if (side == 0) bisect(r, -n - 0x1p-60 * n, mid);
+  else bisect(r, mid, -n - 1 + 0x1p-60 * (n + 1));
+
+  split(r, row);
+
+  mpfr_digamma(psi, r, MPFR_RNDN);
+  const double delta = std::ldexp(1.0, -14) / std::fabs(mpfr_get_d(psi, MPFR_RNDN));
+  row[2] = bits64(delta);
+  // Interpolation of g(t) = ln |Gamma(r + t)| / t at 4 Chebyshev nodes of [-delta, delta].
+  constexpr int m = 4;
+  std::vector<M> a(m * (m + 1)), x(m);
+  for (int k = 0; k < m; ++k) {
+    mpfr_const_pi(t, MPFR_RNDN);
+    mpfr_mul_ui(t, t, 2 * k + 1, MPFR_RNDN);
+    mpfr_div_ui(t, t, 2 * m, MPFR_RNDN);
+    mpfr_cos(t, t, MPFR_RNDN);
+    mpfr_mul_d(t, t, delta, MPFR_RNDN);
+    M u, p;
+    mpfr_add(u, r, t, MPFR_RNDN);
+    lgamma_abs(g, u);
+    mpfr_div(a[k * (m + 1) + m], g, t, MPFR_RNDN);
+    mpfr_set_ui(p, 1, MPFR_RNDN);
+    for (int j = 0; j < m; ++j) {
+      mpfr_set(a[k * (m + 1) + j], p, MPFR_RNDN);
+      mpfr_mul(p, p, t, MPFR_RNDN);
+    }
+  }
+  for (int p = 0; p < m; ++p)
+    for (int q = p + 1; q < m; ++q) {
+      mpfr_div(t, a[q * (m + 1) + p], a[p * (m + 1) + p], MPFR_RNDN);
+      for (int j = p; j <= m; ++j) {
+        M u;
+        mpfr_mul(u, t, a[p * (m + 1) + j], MPFR_RNDN);
+        mpfr_sub(a[q * (m + 1) + j], a[q * (m + 1) + j], u, MPFR_RNDN);
+      }
+    }
+  for (int p = m - 1; p >= 0; --p) {
+    mpfr_set(t, a[p * (m + 1) + m], MPFR_RNDN);
+    for (int j = p + 1; j < m; ++j) {
+      M u;
+      mpfr_mul(u, a[p * (m + 1) + j], x[j], MPFR_RNDN);
+      mpfr_sub(t, t, u, MPFR_RNDN);
+    }
+    mpfr_div(x[p], t, a[p * (m + 1) + p], MPFR_RNDN);
+  }
+  split(x[0], row + 3);
+  for (int j = 1; j < m; ++j) row[4 + j] = bits64(mpfr_get_d(x[j], MPFR_RNDN));
+
+}
+
 }  // namespace
 
 int main() {
@@ -241,6 +332,18 @@ int main() {
                 2 * kTrigTerms);
   print_table64((std::string("alignas(64) inline constexpr uint64_t kCosPi[") + std::to_string(2 * kTrigTerms) + "]").c_str(), cp,
                 2 * kTrigTerms);
+  constexpr int nroots = 2 * (kRootLast - kRootFirst + 1);
+  std::vector<uint64_t> roots(nroots * kRootStride);
+  for (int n = kRootFirst; n <= kRootLast; ++n)
+    for (int side = 0; side < 2; ++side) root_row(n, side, &roots[(2 * (n - kRootFirst) + side) * kRootStride]);
+  expect_quoted("first negative zero", from_bits(roots[0]), "-2.4570247382208006");
+  std::printf(
+      "// The zeros of ln |Gamma(x)| on (-n - 1, -n), n = %d..%d: row 2 (n - %d) + side (side 0 the\n"
+      "// zero nearer -n) holds r_hi, r_lo, delta, c1_hi, c1_lo, c2, c3, c4 with\n"
+      "// ln |Gamma(r + t)| = t (c1 + c2 t + c3 t^2 + c4 t^3) for |t| <= delta = 2^-14 / |psi(r)|.\n",
+      kRootFirst, kRootLast, kRootFirst);
+  print_table64((std::string("alignas(64) inline constexpr uint64_t kRoots[") + std::to_string(nroots * kRootStride) + "]").c_str(),
+                roots.data(), nroots * kRootStride);
   close_file("gamma_tables");
   return row_failures ? 1 : 0;
 }

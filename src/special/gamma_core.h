@@ -30,10 +30,11 @@
 // double-word value; the sign of Gamma(x) is (-1)^(floor(x)) for
 // non-integer x < 0 (negative on (-1, 0), positive on (-2, -1), ...).
 // Near the negative zeros of ln |Gamma| (-2.4570247382208006 and the others,
-// one pair per unit interval down to about -17) the result is the difference
-// of double-word terms of a few units, so its absolute error stays near
-// 2^-62 while it goes to zero: the relative error grows there (measured and
-// quoted in the accuracy table's comments).
+// one pair per unit interval) that difference of double-word terms keeps an
+// absolute error near 2^-68 while the result goes to zero; within 2^-14 /
+// |psi(r)| of each zero r down to -24 the scalar routine evaluates instead a
+// polynomial in x - r fitted about r (r as a double-word value), which keeps
+// the relative accuracy (measured: the accuracy table's comments).
 #pragma once
 
 #include "frame/entry.h"
@@ -263,6 +264,31 @@ inline Dd<double> sinpi_abs(double a) {
   return fast_two_sum(h, fma(s.hi, r, -h) + s.lo * r);
 }
 
+// ln |Gamma(x)| near a negative zero r of it (tables/gamma.h, kRoots: -n - 1 <
+// r < -n, n = 2..23, two per interval): t (c1 + c2 t + c3 t^2 + c4 t^3) with
+// t = (x - r_hi) - r_lo, x - r_hi exact (x within 2^-14 relative of r), t as a
+// double-word value and c1 t double-word, so the result keeps its relative
+// accuracy down to the zero. Returns false outside every window.
+inline bool near_negative_zero(double x, double* rp) {
+  constexpr int kStride = 8, kRows = (int)(sizeof gamma_tables::kRoots / sizeof gamma_tables::kRoots[0]) / kStride;
+  const double n = __builtin_floor(-x);
+  if (!(n >= 2 && n < 2 + kRows / 2)) return false;
+  for (int side = 0; side < 2; ++side) {
+    const uint64_t* row = gamma_tables::kRoots + (2 * ((int)n - 2) + side) * kStride;
+    const double th = x - f64_bits(row[0]);  // exact when x is near r
+    if (!(__builtin_fabs(th) <= 2 * f64_bits(row[2]))) continue;
+    const Dd<double> t = two_sum(th, -f64_bits(row[1]));
+    // The window is on t (below 2^-60 the windows are narrower than an ulp of r).
+    if (!(__builtin_fabs(t.hi) <= f64_bits(row[2]))) continue;
+    const double c1h = f64_bits(row[3]), c1l = f64_bits(row[4]);
+    const double q = fma(fma(f64_bits(row[7]), t.hi, f64_bits(row[6])), t.hi, f64_bits(row[5]));
+    const double h = t.hi * c1h;
+    *rp = h + (fma(t.hi, c1h, -h) + fma(t.hi, fma(t.hi, q, c1l), t.lo * c1h));
+    return true;
+  }
+  return false;
+}
+
 // log2 |Gamma(x)| for x < 0, not an integer, 2^-60 <= |x| < 2^52.
 inline Dd<double> log2_gamma_negative(double x) {
   const double a = -x;
@@ -352,7 +378,7 @@ inline int lgamma_rules(double x, double* rp, int32_t* sp) {
     *rp = minus_log(a) + (-kMinusEulerHi) * a;  // -ln|x| - gamma x
     return kStatusOk;
   }
-  *rp = times_ln2(log2_gamma_negative(x));
+  if (!near_negative_zero(x, rp)) *rp = times_ln2(log2_gamma_negative(x));
   return kStatusOk;
 }
 
