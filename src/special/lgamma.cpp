@@ -14,7 +14,10 @@
 // lgammaf: the double path on the widened lanes, rounded once; its scalar
 // routine is the double one, rounded once.
 //
-// Measured max errors: tests/accuracy_rows.cpp (kBounds and the comments there).
+// Measured max errors (against MPFR; tests/accuracy_rows.cpp keeps the asserted bounds):
+//   lgamma  0.87 ulp over the sampled ranges, 1.08 over the doubles nearest each
+//           negative zero of ln |Gamma| (the polynomials about them); bound 4
+//   lgammaf 0.5 ulp (the double path's error is far below a single ulp)
 #include "special/gamma_core.h"
 
 namespace ravl {
