@@ -123,6 +123,10 @@ const Range kRanges[] = {
     // The trigonometric functions on moderate arguments (a few hundred
     // periods): every lane on the fast reduction of every family.
     {"sin", -1000, 1000, 0, 0, false},      {"cos", -1000, 1000, 0, 0, false},
+    // The gamma functions on positive arguments, where the single results are
+    // finite too: the shifted range (x < 8) and Stirling's.
+    {"lgamma", 0, 100, 0, 0, false},        {"lgammar", 0, 100, 0, 0, false},
+    {"tgamma", 0.5, 34, 0, 0, false},
     {"tan", -1000, 1000, 0, 0, false},      {"sincos", -1000, 1000, 0, 0, false},
     {"sincosreg", -1000, 1000, 0, 0, false},
     // Arc sines and cosines over their whole domain [-1, 1] (both regions

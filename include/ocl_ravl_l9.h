@@ -55,7 +55,7 @@ typedef uint64_t ocl_ravl_ulong8 __attribute__((ext_vector_type(8)));
 typedef uint64_t ocl_ravl_ulong16 __attribute__((ext_vector_type(16)));
 typedef uint64_t ocl_ravl_ulong32 __attribute__((ext_vector_type(32)));
 
-#define OCL_RAVL_EXPORT_COUNT 2220
+#define OCL_RAVL_EXPORT_COUNT 2256
 
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_ceil1(double a0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_ceil2(ocl_ravl_double2 a0);
@@ -225,6 +225,30 @@ OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_ldexpf3(ocl_ravl_float4 a
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_ldexpf4(ocl_ravl_float4 a0, ocl_ravl_int4 a1);
 OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_ldexpf8(ocl_ravl_float8 a0, ocl_ravl_int8 a1);
 OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_ldexpf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1, ocl_ravl_int8 a1_0, ocl_ravl_int8 a1_1);
+OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_lgamma1(double a0);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_lgamma2(ocl_ravl_double2 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_lgamma3(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_lgamma4(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_lgamma8(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_lgamma16(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_lgammaf1(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_lgammaf2(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_lgammaf3(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_lgammaf4(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_lgammaf8(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_lgammaf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_lgammar1(double a0, int32_t* out);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_lgammar2(ocl_ravl_double2 a0, int32_t* out);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_lgammar3(ocl_ravl_double4 a0, int32_t* out);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_lgammar4(ocl_ravl_double4 a0, int32_t* out);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_lgammar8(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, int32_t* out);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_lgammar16(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3, int32_t* out);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_lgammarf1(float a0, int32_t* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_lgammarf2(ocl_ravl_float4 a0, int32_t* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_lgammarf3(ocl_ravl_float4 a0, int32_t* out);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_lgammarf4(ocl_ravl_float4 a0, int32_t* out);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_lgammarf8(ocl_ravl_float8 a0, int32_t* out);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_lgammarf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1, int32_t* out);
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_logb1(double a0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_logb2(ocl_ravl_double2 a0);
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_logb3(ocl_ravl_double4 a0);
@@ -357,6 +381,18 @@ OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_roundf3(ocl_ravl_float4 a
 OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_roundf4(ocl_ravl_float4 a0);
 OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_roundf8(ocl_ravl_float8 a0);
 OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_roundf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
+OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_tgamma1(double a0);
+OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_tgamma2(ocl_ravl_double2 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tgamma3(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_tgamma4(ocl_ravl_double4 a0);
+OCL_RAVL_API ocl_ravl_double8 OCL_RAVL_CC __ocl_ravl_l9_tgamma8(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1);
+OCL_RAVL_API ocl_ravl_double16 OCL_RAVL_CC __ocl_ravl_l9_tgamma16(ocl_ravl_double4 a0_0, ocl_ravl_double4 a0_1, ocl_ravl_double4 a0_2, ocl_ravl_double4 a0_3);
+OCL_RAVL_API float OCL_RAVL_CC __ocl_ravl_l9_tgammaf1(float a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tgammaf2(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tgammaf3(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float4 OCL_RAVL_CC __ocl_ravl_l9_tgammaf4(ocl_ravl_float4 a0);
+OCL_RAVL_API ocl_ravl_float8 OCL_RAVL_CC __ocl_ravl_l9_tgammaf8(ocl_ravl_float8 a0);
+OCL_RAVL_API ocl_ravl_float16 OCL_RAVL_CC __ocl_ravl_l9_tgammaf16(ocl_ravl_float8 a0_0, ocl_ravl_float8 a0_1);
 OCL_RAVL_API double OCL_RAVL_CC __ocl_ravl_l9_trunc1(double a0);
 OCL_RAVL_API ocl_ravl_double2 OCL_RAVL_CC __ocl_ravl_l9_trunc2(ocl_ravl_double2 a0);
 OCL_RAVL_API ocl_ravl_double4 OCL_RAVL_CC __ocl_ravl_l9_trunc3(ocl_ravl_double4 a0);

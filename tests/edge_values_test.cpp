@@ -342,6 +342,36 @@ const Row kRows[] = {
               -6, 2, -DBL_MAX, 2, 0.5, ACC, 10, ACC, 26.5, ACC}},
     {"erfcf", {NAN, NAN, INF, 0, -INF, 2, 0, 1, -0.0, 1, 0x1p-149, 1, 10, ACC, 0x1.41bbf8p+3, ACC, 0x1.41bbf6p+3, ACC,
                11, 0, FLT_MAX, 0, -0x1.ea8f96p+1, ACC, -0x1.ea8f94p+1, ACC, -6, 2, 28, 0, -FLT_MAX, 2, 1, ACC}},
+    // The gamma functions. ln |Gamma|: +inf at the poles (zeros, negative
+    // integers, every double from 2^52 down), at +-inf and past 2.55e305;
+    // exact zeros at 1 and 2; the sign of Gamma through lgammar's pointer
+    // (+-1 at +-0, +1 at the poles and NaN, (-1)^floor(x) on the negative axis).
+    {"lgamma,lgammaf", {NAN, NAN, INF, INF, -INF, INF, 0, INF, -0.0, INF, 1, 0, 2, 0, -1, INF, -2, INF, -3, INF,
+                        -1e30, INF, 0.5, U(2), 0x1p-149, U(2), 3, U(2), 0.9375, U(2), 0.9375000000000001, U(2),
+                        -0.5, U(4), -1.5, U(4), -2.4570247382208006, U(2), -2.7476826467274122, U(2),
+                        -3.1435808883499798, U(2), -6.0013852944531552, U(2)}},
+    {"lgamma", {-0x1p52, INF, -0x1.fffffffffffffp51, U(4), -1e300, INF, DBL_MAX, INF, 0x1p-1074, U(2), 1e-300, U(2),
+                0x1p1000, U(2), 2.5e305, U(2), 2.6e305, INF, 0x1.0000000000001p1000, U(2),
+                -10.000000275573013, U(2), -15.999999999999952, U(2), -17.000000000000004, U(2)}},
+    {"lgammar,lgammarf", {NAN, NAN, 1, INF, INF, 1, -INF, INF, 1, 0, INF, 1, -0.0, INF, -1, -1, INF, 1, -2, INF, 1,
+                          1, 0, 1, 2, 0, 1, 3, U(2), 1, -0.5, U(4), -1, -1.5, U(4), 1, -2.5, U(4), -1,
+                          -3.5, U(4), 1, 0x1p-149, U(2), 1, -0x1p-149, U(2), -1}},
+    {"lgammar", {-0x1p-1074, U(2), -1, -0x1.fffffffffffffp51, U(4), 1, -2251799813685246.5, U(4), -1,
+                 -0x1p52, INF, 1}},
+    // Gamma: (n - 1)! exactly while it is a double; +inf from the first double
+    // past 171.62437695630271 and from 1/x for x below 2^-1024; NaN at the
+    // negative integers and -inf; +-inf at +-0; denormal results on the
+    // negative axis.
+    {"tgamma,tgammaf", {NAN, NAN, INF, INF, -INF, NAN, 0, INF, -0.0, -INF, -1, NAN, -2, NAN, -1e30, NAN, 1, 1, 2, 1,
+                        3, 2, 4, 6, 5, 24, 8, 5040, 11, 3628800, 14, 6227020800.0, 0.5, U(2), -0.5, U(2), -1.5, U(2),
+                        -2.5, U(2), 1e-30, U(2), -1e-30, U(2)}},
+    {"tgamma", {16, 1307674368000.0, 20, 121645100408832000.0, 23, 1124000727777607680000.0, 171.62437695630271,
+                U(2), 0x1.6573fae561f648p+7, INF, 172, INF, DBL_MAX, INF, 0x1p-1074, INF, -0x1p-1074, -INF,
+                0x1p-1024, INF, 0x1.0000000000001p-1024, U(2), 171.6, U(2), 171.60000000000002, U(2),
+                -0x1p52, NAN, -0x1.fffffffffffffp51, U(2), -170.5, U(2), -171.5, U(2), -180.5, U(2),
+                -184.5, U(2), -190.5, -0.0, -191.5, 0}},
+    {"tgammaf", {35.0401001, U(2), 35.0401039, INF, 36, INF, -40.5, U(2), -41.5, U(2), -43.5, U(2), -46.5, -0.0,
+                 0x1p-128, U(2), 0x1p-149, INF, FLT_MAX, INF, -FLT_MAX, NAN}},
     // Division: IEEE in every class but the single approximate ones, which
     // give the IEEE quotient where the divisor is zero, denormal or huge.
     {"div", {1, 0, INF, 0, 0, NAN, 1, 0x1p-1074, INF, -1, 0, -INF, 1, -0.0, -INF, 6, 3, 2, 1, 0.0078125, 128}},

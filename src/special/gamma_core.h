@@ -1,0 +1,457 @@
+// The arithmetic shared by the gamma families (lgamma, lgammar, tgamma and
+// their single forms, in lgamma.cpp, lgammar.cpp and tgamma.cpp): the vector
+// path, written once for one double (the scalar routines) and for 4-lane
+// chunks, the special-value rules and the scalar routines.
+//
+// Positive x in [2^-1000, 2^1000] (the vector path):
+//   z = x + n, n = the number of k in 0..7 with x + k < 8 (so z >= 8 up to a
+//   rounding), P = x (x + 1) ... (x + n - 1), each factor x + k and the
+//   product carried as double-word values (P = 1 for x >= 8);
+//   log2 Gamma(z) = (z - 1/2) log2 z - z log2(e) + log2(2 pi)/2 + S(z) log2(e)
+//   (Stirling), log2 z from pow_core's log2_accurate (double-word, relative
+//   error below 2^-70), every product with its fused rounding error, S from
+//   the fitted remainder (tables/gamma.h, absolute error 2^-68.3);
+//   ln Gamma(x) = (log2 Gamma(z) - log2 P) ln 2, the difference exact, the
+//   product double-word, rounded once; Gamma(x) = 2^(log2 Gamma(z)) / P with
+//   pow_core's exp2_accurate of the double-word exponent and one double-word
+//   division.
+// The absolute error of log2 Gamma(z) - log2 P is below about 2^-64 for
+// moderate x (2^-70 relative of terms up to a few hundred), so ln Gamma keeps its relative accuracy except near its zeros
+// x = 1 and x = 2: the vector path flags |x - 1| < 1/16 and |x - 2| < 1/16,
+// where the scalar routine sums the Taylor series at 1 and 2 (zeta values,
+// tables/gamma.h) instead.
+//
+// Negative x (the scalar routines), reflection without a subtraction of
+// nearly equal large arguments:
+//   |Gamma(x)| = pi / (|x sin(pi x)| Gamma(-x)),
+//   log2 |Gamma(x)| = log2 pi - log2 |x sin(pi x)| - log2 Gamma(-x),
+// with sin(pi x) from an exact reduction of |x| to [0, 1/4] (the fractional
+// part and its mirrors are exact) and double-word series, every term a
+// double-word value; the sign of Gamma(x) is (-1)^(floor(x)) for
+// non-integer x < 0 (negative on (-1, 0), positive on (-2, -1), ...).
+// Near the negative zeros of ln |Gamma| (-2.4570247382208006 and the others,
+// one pair per unit interval) that difference of double-word terms keeps an
+// absolute error near 2^-68 while the result goes to zero; within 2^-14 /
+// |psi(r)| of each zero r down to -24 the scalar routine evaluates instead a
+// polynomial in x - r fitted about r (r as a double-word value), which keeps
+// the relative accuracy (measured: the accuracy table's comments).
+#pragma once
+
+#include "frame/entry.h"
+#include "pow_root/pow_core.h"
+#include "tables/gamma.h"
+
+namespace ravl {
+namespace gamma_core {
+
+using pow_core::Dd;
+using pow_core::F64x4;
+using pow_core::Lanes;
+using pow_core::two_sum;
+
+// ---- constants ---------------------------------------------------------------------
+
+template <int i> constexpr double kC = f64_bits(gamma_tables::kConstants[i]);
+constexpr double kHalfLog2TwoPiHi = kC<0>, kHalfLog2TwoPiLo = kC<1>;  // log2(2 pi)/2 = 1.3257480647361593
+constexpr double kLog2eHi = kC<2>, kLog2eLo = kC<3>;                  // log2(e) = 1.4426950408889634
+constexpr double kLn2Hi = kC<4>, kLn2Lo = kC<5>;                      // ln 2 = 0.69314718055994531
+constexpr double kLog2PiHi = kC<6>, kLog2PiLo = kC<7>;                // log2(pi) = 1.6514961294723187
+constexpr double kMinusEulerHi = kC<8>, kMinusEulerLo = kC<9>;        // -gamma = -0.57721566490153287
+constexpr double kOneMinusEulerHi = kC<10>, kOneMinusEulerLo = kC<11>;  // 1 - gamma = 0.42278433509846713
+template <int i> constexpr double kS = f64_bits(gamma_tables::kStirling[i]);
+constexpr double kShiftTo = 8.0;             // the Stirling series serves z >= 8
+constexpr double kVecLo = 0x1p-1000;         // 9.3326361850321888e-302, the vector path's lower bound
+constexpr double kVecHi = 0x1p1000;          // 1.0715086071862673e301, its upper bound (ln Gamma)
+constexpr double kNearRoot = 0.0625;         // |x - 1| or |x - 2| below 1/16: the Taylor series
+// The vector path's upper bound for Gamma, 0x4065733333333333: log2 Gamma(171.6)
+// = 1023.83, so the scale 2^k of exp2_accurate stays at k <= 1023.
+constexpr double kTgammaVecHi = 171.6;
+// The largest x with a finite Gamma(x), 0x406573fae561f647; the next double up
+// gives +inf.
+constexpr double kTgammaMax = 171.62437695630271;
+
+// ---- double-word helpers (one double or 4-lane chunks) -------------------------------
+
+template <class V> RAVL_INLINE Dd<V> fast_two_sum(V a, V b) {  // |a| >= |b| or a = 0
+  const V s = a + b;
+  return {s, b - (s - a)};
+}
+template <class V> RAVL_INLINE Dd<V> mul(Dd<V> a, Dd<V> b) {
+  const V p = a.hi * b.hi;
+  return fast_two_sum(p, fma(a.hi, b.hi, -p) + fma(a.hi, b.lo, a.lo * b.hi));
+}
+template <class V> RAVL_INLINE Dd<V> add(Dd<V> a, Dd<V> b) {
+  const Dd<V> s = two_sum(a.hi, b.hi);
+  return fast_two_sum(s.hi, s.lo + (a.lo + b.lo));
+}
+template <class V> RAVL_INLINE Dd<V> neg(Dd<V> a) { return {-a.hi, -a.lo}; }
+template <class V> RAVL_INLINE Dd<V> dd(double hi, double lo) { return {V(hi), V(lo)}; }
+
+RAVL_INLINE double pick(bool m, double a, double b) { return m ? a : b; }
+template <class M, class V> RAVL_INLINE V pick(M m, V a, V b) { return select(m, a, b); }
+
+// log2 of a positive normal double-word value v (v.lo/v.hi below 2^-52).
+template <class V> RAVL_INLINE Dd<V> log2_dd(Dd<V> v) {
+  Dd<V> l = pow_core::log2_accurate(v.hi, V(0.0));
+  l.lo = fma(v.lo / v.hi, V(kLog2eHi), l.lo);
+  return l;
+}
+
+// ---- the positive path ---------------------------------------------------------------
+
+template <class V> struct Shifted {
+  Dd<V> g2;  // log2 Gamma(z)
+  Dd<V> p;   // P, Gamma(x) = Gamma(z) / P
+};
+
+// z, P and log2 Gamma(z) for x in [2^-1000, 2^1000] (other lanes: garbage).
+template <class V> RAVL_INLINE Shifted<V> shifted(V x) {
+  const auto m0 = x < V(kShiftTo);
+  Dd<V> p{pick(m0, x, V(1.0)), V(0.0)};
+  V n = pick(m0, V(1.0), V(0.0));
+  for (int k = 1; k < 8; ++k) {
+    const Dd<V> f = two_sum(x, V((double)k));  // x + k exactly
+    const auto mk = f.hi < V(kShiftTo);
+    p = mul(p, Dd<V>{pick(mk, f.hi, V(1.0)), pick(mk, f.lo, V(0.0))});
+    n = pick(mk, V((double)(k + 1)), n);
+  }
+  const Dd<V> z = two_sum(x, n);
+  // Stirling in base 2 on z = zh + zl (zh >= 8 up to a rounding).
+  const V r = V(1.0) / z.hi;
+  Dd<V> l = pow_core::log2_accurate(z.hi, V(0.0));
+  l.lo = fma(z.lo * r, V(kLog2eHi), l.lo);
+  const Dd<V> a = two_sum(z.hi, V(-0.5));  // z - 1/2 = a.hi + (a.lo + zl)
+  const V al = a.lo + z.lo;
+  const V pa = a.hi * l.hi;
+  const V ea = fma(a.hi, l.hi, -pa) + fma(a.hi, l.lo, al * l.hi);
+  const V q = z.hi * V(kLog2eHi);
+  const V eq = fma(z.hi, V(kLog2eHi), -q) + fma(z.hi, V(kLog2eLo), z.lo * V(kLog2eHi));
+  // S log2(e) = (r + r_lo) (c0 + (c0_lo + w Q(w))), 1/z = r + r_lo to about
+  // 2^-100 (both roundings of r and of a single product would cost 2^-59 at
+  // z = 8), the product r c0 exact.
+  const V r_lo = (fma(-r, z.hi, V(1.0)) - z.lo * r) * r;
+  const V w = r * r;
+  const V qw = w * fma(fma(fma(fma(fma(fma(V(kS<7>), w, V(kS<6>)), w, V(kS<5>)), w, V(kS<4>)), w, V(kS<3>)), w,
+                           V(kS<2>)), w, V(kS<1>));
+  const V sh = r * V(kS<0>);
+  const V sl = fma(r, V(kS<0>), -sh) + fma(r, qw + V(kS<8>), r_lo * V(kS<0>));  // kS<8>: c0's low part
+  const Dd<V> s1 = two_sum(pa, -q);
+  const Dd<V> s2 = two_sum(s1.hi, V(kHalfLog2TwoPiHi));
+  const Dd<V> s3 = two_sum(s2.hi, sh);
+  const V lo = ((s1.lo + s2.lo) + (ea - eq)) + ((s3.lo + V(kHalfLog2TwoPiLo)) + sl);
+  return {fast_two_sum(s3.hi, lo), p};
+}
+
+// log2 Gamma(x) as a double-word value, x in [2^-1000, 2^1000].
+template <class V> RAVL_INLINE Dd<V> log2_gamma(V x) {
+  const Shifted<V> sh = shifted(x);
+  const Dd<V> lp = log2_dd(sh.p);
+  const Dd<V> d = two_sum(sh.g2.hi, -lp.hi);
+  return fast_two_sum(d.hi, d.lo + (sh.g2.lo - lp.lo));
+}
+
+// v ln 2 rounded once.
+template <class V> RAVL_INLINE V times_ln2(Dd<V> v) {
+  const V h = v.hi * V(kLn2Hi);
+  return h + (fma(v.hi, V(kLn2Hi), -h) + fma(v.hi, V(kLn2Lo), v.lo * V(kLn2Hi)));
+}
+
+// ln Gamma(x) for x in [2^-1000, 2^1000].
+template <class V> RAVL_INLINE V lgamma_positive(V x) { return times_ln2(log2_gamma(x)); }
+
+// Gamma(x) for x in [2^-1000, 171.6].
+template <class V> RAVL_INLINE V tgamma_positive(V x) {
+  using T = Lanes<V>;
+  using U = typename T::U;
+  const Shifted<V> sh = shifted(x);
+  V hi, q;
+  const typename T::I k = pow_core::exp2_accurate(sh.g2, hi, q);
+  const V scale = T::num(((U)(k + 1023 * 128) >> 7) << 52);  // 2^(k >> 7), k >> 7 <= 1023
+  const V gh = hi * scale, gl = q * scale;                     // Gamma(z) = gh + gl
+  // gh / P by one reciprocal: rh = gh (1/P.hi) is within an ulp or so, the
+  // remainder of that quotient is exact and its correction small.
+  const V inv = V(1.0) / sh.p.hi;
+  const V rh = gh * inv;
+  const V rem = fma(-rh, sh.p.hi, gh);  // exact
+  return rh + (rem + (gl - rh * sh.p.lo)) * inv;
+}
+
+// ---- the 4-lane vector paths (lanes they cannot serve made NaN) ----------------------
+
+// ln Gamma: flags x not in [2^-1000, 2^1000] (NaN, zeros, negative x,
+// infinities, tiny and huge x) and |x - 1|, |x - 2| below 1/16.
+RAVL_INLINE F64x4 lgamma_vec4(F64x4 x) {
+  const F64x4 t = abs(x - F64x4(1.5));
+  const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kVecHi)) | (abs(t - F64x4(0.5)) < F64x4(kNearRoot));
+  return pow_core::mark(lgamma_positive(x), flagged);
+}
+// Gamma: flags x not in [2^-1000, 171.6].
+RAVL_INLINE F64x4 tgamma_vec4(F64x4 x) {
+  const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kTgammaVecHi));
+  return pow_core::mark(tgamma_positive(x), flagged);
+}
+
+// ---- the single paths: the same shift and series in plain double --------------------
+//
+// For single x (exact as doubles) the double-word steps are not needed: the
+// products x (x + 1) ... and z ln z carry relative errors near 2^-52, pow_core's
+// ln_fast is within about 2^-48 absolute (its degree-4 series at |u| < 1.8e-3)
+// and exp_fast within 1.4e-8 relative (its chord), so ln Gamma is within about
+// 2^-44 absolute of the true value and Gamma within 1.5e-8 relative before the
+// rounding to single (below a quarter of a single ulp; the factorials that are
+// singles come out exactly). The lane tests are the double paths'.
+
+// ln Gamma(z) and P (to p) for single x in (0, 2^1000], z and P as above.
+RAVL_INLINE F64x4 lgamma_plain(F64x4 x, F64x4& p, const pow_core::FastRows& c) {
+  using V = F64x4;
+  const auto m0 = x < V(kShiftTo);
+  p = select(m0, x, V(1.0));
+  V n = select(m0, V(1.0), V(0.0));
+  for (int k = 1; k < 8; ++k) {
+    const V f = x + V((double)k);
+    const auto mk = f < V(kShiftTo);
+    p = p * select(mk, f, V(1.0));
+    n = select(mk, V((double)(k + 1)), n);
+  }
+  const V z = x + n;
+  const V r = V(1.0) / z;
+  const V w = r * r;
+  const V s = r * fma(fma(fma(fma(fma(fma(fma(V(kS<7>), w, V(kS<6>)), w, V(kS<5>)), w, V(kS<4>)), w, V(kS<3>)), w,
+                                  V(kS<2>)), w, V(kS<1>)), w, V(kS<0>));
+  // (z - 1/2) ln z - z + ln(2 pi)/2 + S(z), S = s ln 2.
+  return fma(z - V(0.5), pow_core::ln_fast(z, c), -z) + fma(s, V(kLn2Hi), V(kHalfLog2TwoPiHi * kLn2Hi));
+}
+RAVL_INLINE F64x4 lgammaf_vec4(F64x4 x) {
+  const pow_core::FastRows& c = rows(pow_core::kFastRows);
+  const F64x4 t = abs(x - F64x4(1.5));
+  const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kVecHi)) | (abs(t - F64x4(0.5)) < F64x4(kNearRoot));
+  F64x4 p;
+  const F64x4 g = lgamma_plain(x, p, c);
+  return pow_core::mark(g - pow_core::ln_fast(p, c), flagged);
+}
+RAVL_INLINE F64x4 tgammaf_vec4(F64x4 x) {
+  const pow_core::FastRows& c = rows(pow_core::kFastRows);
+  const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kTgammaVecHi));
+  F64x4 p;
+  const F64x4 g = lgamma_plain(x, p, c);
+  return pow_core::mark(pow_core::exp_fast(g, c) / p, flagged);
+}
+
+// ---- sin(pi x) ------------------------------------------------------------------------
+
+// sum_k c_k T^k (c_k as (hi, lo) pairs, n of them) for a double-word T.
+RAVL_INLINE Dd<double> series(const uint64_t* c, int n, Dd<double> t) {
+  Dd<double> acc{f64_bits(c[2 * n - 2]), f64_bits(c[2 * n - 1])};
+  for (int k = n - 2; k >= 0; --k) acc = add(mul(acc, t), Dd<double>{f64_bits(c[2 * k]), f64_bits(c[2 * k + 1])});
+  return acc;
+}
+
+// |sin(pi a)| as a double-word value (relative error about 2^-100), for a >= 0
+// not an integer, a < 2^52: r = a - floor(a) is exact, and so are 1 - r and
+// 1/2 - r on the ranges where they are taken.
+inline Dd<double> sinpi_abs(double a) {
+  double r = a - __builtin_floor(a);
+  if (r > 0.5) r = 1.0 - r;
+  constexpr int n = (int)(sizeof gamma_tables::kSinPi / sizeof gamma_tables::kSinPi[0]) / 2;
+  if (r > 0.25) {
+    const double t = 0.5 - r;
+    const double t2 = t * t;
+    return series(gamma_tables::kCosPi, n, Dd<double>{t2, fma(t, t, -t2)});
+  }
+  const double t2 = r * r;
+  const Dd<double> s = series(gamma_tables::kSinPi, n, Dd<double>{t2, fma(r, r, -t2)});
+  const double h = s.hi * r;
+  return fast_two_sum(h, fma(s.hi, r, -h) + s.lo * r);
+}
+
+// ln |Gamma(x)| near a negative zero r of it (tables/gamma.h, kRoots: -n - 1 <
+// r < -n, n = 2..23, two per interval): t (c1 + c2 t + c3 t^2 + c4 t^3) with
+// t = (x - r_hi) - r_lo, x - r_hi exact (x within 2^-14 relative of r), t as a
+// double-word value and c1 t double-word, so the result keeps its relative
+// accuracy down to the zero. Returns false outside every window.
+inline bool near_negative_zero(double x, double* rp) {
+  constexpr int kStride = 8, kRows = (int)(sizeof gamma_tables::kRoots / sizeof gamma_tables::kRoots[0]) / kStride;
+  const double n = __builtin_floor(-x);
+  if (!(n >= 2 && n < 2 + kRows / 2)) return false;
+  for (int side = 0; side < 2; ++side) {
+    const uint64_t* row = gamma_tables::kRoots + (2 * ((int)n - 2) + side) * kStride;
+    const double th = x - f64_bits(row[0]);  // exact when x is near r
+    if (!(__builtin_fabs(th) <= 2 * f64_bits(row[2]))) continue;
+    const Dd<double> t = two_sum(th, -f64_bits(row[1]));
+    // The window is on t (below 2^-60 the windows are narrower than an ulp of r).
+    if (!(__builtin_fabs(t.hi) <= f64_bits(row[2]))) continue;
+    const double c1h = f64_bits(row[3]), c1l = f64_bits(row[4]);
+    const double q = fma(fma(f64_bits(row[7]), t.hi, f64_bits(row[6])), t.hi, f64_bits(row[5]));
+    const double h = t.hi * c1h;
+    *rp = h + (fma(t.hi, c1h, -h) + fma(t.hi, fma(t.hi, q, c1l), t.lo * c1h));
+    return true;
+  }
+  return false;
+}
+
+// log2 |Gamma(x)| for x < 0, not an integer, 2^-60 <= |x| < 2^52.
+inline Dd<double> log2_gamma_negative(double x) {
+  const double a = -x;
+  const Dd<double> s = sinpi_abs(a);
+  const Dd<double> xs = mul(Dd<double>{a, 0.0}, s);
+  const Dd<double> num = add(dd<double>(kLog2PiHi, kLog2PiLo), neg(log2_dd(xs)));
+  return add(num, neg(log2_gamma(a)));
+}
+
+// ---- the scalar routines ---------------------------------------------------------------
+
+constexpr double kInf = __builtin_inf();
+
+// ln Gamma(1 + t) (kAt = 1) or ln Gamma(2 + t) (kAt = 2) for |t| < 1/16: the
+// linear term double-word, the rest by Horner (tables/gamma.h).
+template <int kAt> inline double lgamma_taylor(double t) {
+  const uint64_t* c = kAt == 1 ? gamma_tables::kTaylor1 : gamma_tables::kTaylor2;
+  constexpr int n = (int)(sizeof gamma_tables::kTaylor1 / sizeof gamma_tables::kTaylor1[0]);
+  double p = f64_bits(c[n - 1]);
+  for (int k = n - 2; k >= 0; --k) p = fma(p, t, f64_bits(c[k]));
+  const double hi = kAt == 1 ? kMinusEulerHi : kOneMinusEulerHi, lo = kAt == 1 ? kMinusEulerLo : kOneMinusEulerLo;
+  return fma(t, hi, t * fma(t, p, lo));
+}
+
+// -ln(a) for positive a below 2^-1000 (denormals included): ln Gamma(a) =
+// -ln a - gamma a + ..., the rest below 2^-1000 of the result.
+inline double minus_log(double a) {
+  double eoff = 0;
+  if (a < 0x1p-1022) {
+    a *= 0x1p200;  // exact for a denormal
+    eoff = -200;
+  }
+  return -times_ln2(pow_core::log2_accurate(a, eoff));
+}
+
+// Sign of Gamma(x) for finite x < 0 that is not an integer: (-1)^floor(x).
+inline int32_t negative_sign(double x) {
+  const double f = __builtin_floor(x);
+  return __builtin_floor(f * 0.5) * 2 == f ? 1 : -1;
+}
+
+// ln |Gamma(x)| and the sign of Gamma(x) (C99 F.9.5.3, lgamma_r): NaN -> NaN
+// (sign +1); +-inf -> +inf (sign +1); +-0 -> +inf (pole, sign +-1); negative
+// integers -> +inf (pole, sign +1, our rule: C leaves it unspecified).
+inline int lgamma_rules(double x, double* rp, int32_t* sp) {
+  *sp = 1;
+  if (x != x) {
+    *rp = x + x;
+    return kStatusOk;
+  }
+  const double a = __builtin_fabs(x);
+  if (a == kInf) {
+    *rp = kInf;
+    return kStatusOk;
+  }
+  if (x == 0) {
+    *sp = __builtin_signbit(x) ? -1 : 1;
+    *rp = 1.0 / opaque(0.0);
+    return kStatusPole;
+  }
+  if (x > 0) {
+    if (x < kVecLo) {
+      *rp = minus_log(x);
+    } else if (__builtin_fabs(x - 1.0) < kNearRoot) {
+      *rp = lgamma_taylor<1>(x - 1.0);  // exact difference
+    } else if (__builtin_fabs(x - 2.0) < kNearRoot) {
+      *rp = lgamma_taylor<2>(x - 2.0);
+    } else if (x > kVecHi) {
+      // x (ln x - 1): the terms left out (-ln(x)/2 + ln(2 pi)/2 + ...) are below
+      // 2^-990 of it. Overflows (+inf) from about 2.55e305.
+      const Dd<double> l = pow_core::log2_accurate(x, 0.0);
+      const double ln = times_ln2(l);
+      const double lnl = fma(l.hi, kLn2Hi, -ln) + fma(l.hi, kLn2Lo, l.lo * kLn2Hi);
+      *rp = fma(x, ln - 1.0, x * lnl);
+      return __builtin_isinf(*rp) ? kStatusOverflow : kStatusOk;
+    } else {
+      *rp = lgamma_positive(x);
+    }
+    return kStatusOk;
+  }
+  if (a >= 0x1p52 || __builtin_floor(a) == a) {
+    *rp = 1.0 / opaque(0.0);
+    return kStatusPole;
+  }
+  *sp = negative_sign(x);
+  if (a < 0x1p-60) {
+    *rp = minus_log(a) + (-kMinusEulerHi) * a;  // -ln|x| - gamma x
+    return kStatusOk;
+  }
+  if (!near_negative_zero(x, rp)) *rp = times_ln2(log2_gamma_negative(x));
+  return kStatusOk;
+}
+
+// Gamma(x) (C99 F.9.5.4): NaN -> NaN; +inf -> +inf; -inf -> NaN (domain);
+// +-0 -> +-inf (pole); negative integers -> NaN (domain); x above
+// 171.62437695630271 -> +inf (overflow); results below the normal range
+// for x < -171 (denormals, zeros with the sign of Gamma) rounded once.
+inline int tgamma_rules(double x, double* rp) {
+  if (x != x) {
+    *rp = x + x;
+    return kStatusOk;
+  }
+  if (x == kInf) {
+    *rp = kInf;
+    return kStatusOk;
+  }
+  if (x == 0) {
+    *rp = 1.0 / x;
+    return kStatusPole;
+  }
+  const double a = __builtin_fabs(x);
+  if (x < 0 && (a == kInf || a >= 0x1p52 || __builtin_floor(a) == a)) return pow_core::domain_error(rp);
+  if (a < 0x1p-60) {
+    // 1/x - gamma + O(x): gamma is below half an ulp of 1/x.
+    *rp = 1.0 / x;
+    return __builtin_isinf(*rp) ? kStatusOverflow : kStatusOk;
+  }
+  if (x > kTgammaMax) {
+    *rp = opaque(pow_core::kHuge) * pow_core::kHuge;
+    return kStatusOverflow;
+  }
+  if (x > 0 && x <= kTgammaVecHi) {
+    *rp = tgamma_positive(x);
+    return kStatusOk;
+  }
+  // 2^(log2 |Gamma(x)|) with the sign, scaled in two steps near overflow and
+  // rounded once into the denormals (pow_finite on base 2, whose logarithm
+  // is exactly 1 + 0, so that the exponent is taken as given).
+  const Dd<double> l = x > 0 ? shifted(x).g2 : log2_gamma_negative(x);
+  return pow_core::pow_finite(2.0, l.hi, l.lo, x < 0 && negative_sign(x) < 0, rp);
+}
+
+// The single routines: the double ones on the widened x, rounded once.
+inline int lgammaf_rules(float x, float* rp, int32_t* sp) {
+  double d;
+  const int s = lgamma_rules(x, &d, sp);
+  return pow_core::narrow(s, d, rp);
+}
+inline int tgammaf_rules(float x, float* rp) {
+  double d;
+  const int s = tgamma_rules(x, &d);
+  return pow_core::narrow(s, d, rp);
+}
+
+// ---- kernels -----------------------------------------------------------------------------
+
+// The vec of the single kernels (two 4-lane double bodies at width 8) out of
+// line, as the power families do with theirs.
+#define RAVL_GAMMA_BODY __attribute__((noinline, const))
+
+// A 4-lane double body on L double lanes (2-lane chunks run doubled).
+template <class F, int L> RAVL_INLINE Vec<double, L> on_doubles(F f, Vec<double, L> x) {
+  if constexpr (L == 2) return slice<0, 2>(f(join(x, x)));
+  else return f(x);
+}
+
+// One-result kernels: the lanes the body marked (NaN results) go to Scalar.
+template <class T, int (*Scalar)(const T*, T*)> struct MarkedKernel1 : frame::Kernel {
+  using sig = T(T);
+  static constexpr bool has_callout = true;
+  template <int L> static RAVL_INLINE Mask<T, L> special(Vec<T, L>, Vec<T, L> r) { return is_nan(r); }
+  static RAVL_INLINE int scalar(const T* x, T* r) { return Scalar(x, r); }
+};
+
+}  // namespace gamma_core
+}  // namespace ravl

@@ -1,0 +1,349 @@
+// Prints src/tables/gamma.h: the constants of the lgamma, lgammar and tgamma
+// families (double and single), computed with MPFR at 256 bits and rounded
+// once to nearest. Exits non-zero when the Stirling fit misses its error
+// budget or a quoted row does not come out as quoted.
+//
+//   ninja -C build tablegen_gamma && build/tools/tablegen_gamma > src/tables/gamma.h
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "tablegen_common.h"
+
+namespace {
+
+using namespace tablegen;
+
+struct M {
+  mpfr_t v;
+  M() { mpfr_init2(v, kPrec); }
+  ~M() { mpfr_clear(v); }
+  operator mpfr_ptr() { return v; }
+};
+
+// (hi, lo) = RN(v), RN(v - hi).
+void split(mpfr_t v, uint64_t* out) {
+  M t;
+  const double hi = mpfr_get_d(v, MPFR_RNDN);
+  mpfr_sub_d(t, v, hi, MPFR_RNDN);
+  out[0] = bits64(hi);
+  out[1] = bits64(mpfr_get_d(t, MPFR_RNDN));
+}
+
+// ---- Stirling's remainder ---------------------------------------------------------
+//
+// ln Gamma(z) = (z - 1/2) ln z - z + ln(2 pi)/2 + S(z) for z >= 8, and
+//   S(z) log2(e) = (1/z) g(w), w = 1/z^2 in (0, 1/64],
+// g a polynomial of degree kStirDeg interpolating z S(z) log2(e) (S from
+// mpfr_lngamma) at the Chebyshev nodes of [0, 1/64], c0 as a double-word
+// value (its rounding alone would be 2^-60 at z = 8). The budget: |S log2(e)
+// - g/z| below 2^-66 at every sampled z >= 8, the doubles' rounding included,
+// well under the other errors of the sums that use it.
+constexpr int kStirDeg = 7;
+constexpr double kWMax = 1.0 / 64;
+
+void stirling_g(mpfr_t g, const mpfr_t w) {  // z S(z) log2(e) at z = 1/sqrt(w)
+  M z, t, s, l;
+  mpfr_rec_sqrt(z, w, MPFR_RNDN);
+  mpfr_lngamma(s, z, MPFR_RNDN);
+  mpfr_log(l, z, MPFR_RNDN);
+  mpfr_sub_d(t, z, 0.5, MPFR_RNDN);
+  mpfr_mul(t, t, l, MPFR_RNDN);
+  mpfr_sub(s, s, t, MPFR_RNDN);
+  mpfr_add(s, s, z, MPFR_RNDN);
+  mpfr_const_pi(t, MPFR_RNDN);
+  mpfr_mul_2ui(t, t, 1, MPFR_RNDN);
+  mpfr_log(t, t, MPFR_RNDN);
+  mpfr_div_2ui(t, t, 1, MPFR_RNDN);
+  mpfr_sub(s, s, t, MPFR_RNDN);
+  mpfr_mul(s, s, z, MPFR_RNDN);
+  mpfr_const_log2(t, MPFR_RNDN);
+  mpfr_div(g, s, t, MPFR_RNDN);
+}
+
+// Interpolation at n = kStirDeg + 1 Chebyshev nodes of [0, kWMax]: the
+// Vandermonde system solved by Gaussian elimination, each coefficient rounded once.
+void fit_stirling(double* c, double* c0_lo) {
+  constexpr int n = kStirDeg + 1;
+  std::vector<M> a(n * (n + 1));
+  M w, t;
+  for (int k = 0; k < n; ++k) {
+    mpfr_const_pi(t, MPFR_RNDN);
+    mpfr_mul_ui(t, t, 2 * k + 1, MPFR_RNDN);
+    mpfr_div_ui(t, t, 2 * n, MPFR_RNDN);
+    mpfr_cos(t, t, MPFR_RNDN);
+    mpfr_add_ui(t, t, 1, MPFR_RNDN);
+    mpfr_mul_d(w, t, kWMax / 2, MPFR_RNDN);
+    mpfr_set_ui(t, 1, MPFR_RNDN);
+    for (int j = 0; j < n; ++j) {
+      mpfr_set(a[k * (n + 1) + j], t, MPFR_RNDN);
+      mpfr_mul(t, t, w, MPFR_RNDN);
+    }
+    stirling_g(a[k * (n + 1) + n], w);
+  }
+  for (int p = 0; p < n; ++p)
+    for (int r = p + 1; r < n; ++r) {
+      mpfr_div(t, a[r * (n + 1) + p], a[p * (n + 1) + p], MPFR_RNDN);
+      for (int j = p; j <= n; ++j) {
+        M u;
+        mpfr_mul(u, t, a[p * (n + 1) + j], MPFR_RNDN);
+        mpfr_sub(a[r * (n + 1) + j], a[r * (n + 1) + j], u, MPFR_RNDN);
+      }
+    }
+  std::vector<M> x(n);
+  for (int p = n - 1; p >= 0; --p) {
+    mpfr_set(t, a[p * (n + 1) + n], MPFR_RNDN);
+    for (int j = p + 1; j < n; ++j) {
+      M u;
+      mpfr_mul(u, a[p * (n + 1) + j], x[j], MPFR_RNDN);
+      mpfr_sub(t, t, u, MPFR_RNDN);
+    }
+    mpfr_div(x[p], t, a[p * (n + 1) + p], MPFR_RNDN);
+    c[p] = mpfr_get_d(x[p], MPFR_RNDN);
+  }
+  mpfr_sub_d(t, x[0], c[0], MPFR_RNDN);
+  *c0_lo = mpfr_get_d(t, MPFR_RNDN);
+}
+
+// Max |S(z) log2(e) - g(w)/z| over z = 8 * 1.01^i (the doubles' polynomial
+// evaluated exactly, the rounding of 1/z aside), as a power of two.
+double stirling_error(const double* c, double c0_lo) {
+  double worst = 0;
+  M w, g, p, t;
+  for (int i = 0; i < 4000; ++i) {
+    const double z = 8 * std::pow(1.01, i);
+    mpfr_set_d(w, z, MPFR_RNDN);
+    mpfr_sqr(w, w, MPFR_RNDN);
+    mpfr_ui_div(w, 1, w, MPFR_RNDN);
+    stirling_g(g, w);
+    mpfr_set_d(p, c[kStirDeg], MPFR_RNDN);
+    for (int k = kStirDeg - 1; k >= 0; --k) {
+      mpfr_mul(p, p, w, MPFR_RNDN);
+      mpfr_add_d(p, p, c[k], MPFR_RNDN);
+    }
+    mpfr_add_d(p, p, c0_lo, MPFR_RNDN);
+    mpfr_sub(t, g, p, MPFR_RNDN);
+    mpfr_div_d(t, t, z, MPFR_RNDN);
+    worst = std::fmax(worst, std::fabs(mpfr_get_d(t, MPFR_RNDN)));
+  }
+  return std::log2(worst);
+}
+
+// ---- Taylor series at 1 and 2, sin(pi t) and cos(pi t) ---------------------------
+//
+// ln Gamma(1 + t) = -gamma t + sum_{k >= 2} (-1)^k zeta(k)/k t^k,
+// ln Gamma(2 + t) = (1 - gamma) t + sum_{k >= 2} (-1)^k (zeta(k) - 1)/k t^k;
+// rows k = 2..kTaylorLast (|t| <= 1/16: the first omitted term is below
+// 2^-62 |t|, about 2^-61 of the result).
+constexpr int kTaylorLast = 17;
+// sin(pi t) = t sum_k S_k t^(2k), cos(pi t) = sum_k C_k t^(2k), k = 0..kTrigTerms-1,
+// each as (hi, lo): on |t| <= 1/4 the first omitted term is below 2^-104.
+constexpr int kTrigTerms = 14;
+
+// ---- the negative zeros of ln |Gamma| ---------------------------------------------
+//
+// Each unit interval (-n - 1, -n), n >= 2, holds two zeros of ln |Gamma(x)|,
+// one near each pole (|Gamma| >= 1 there, below 1 in the middle). Row j =
+// 2 (n - 2) + side (side 0: the zero nearer -n) of kRoots holds
+//   r_hi, r_lo  the zero as a double-word value,
+//   delta       the half width of its window: 2^-14 / |psi(r)|, where
+//               ln |Gamma(r + t)| is below 2^-14 and the reflection's absolute
+//               error (about 2^-68) would be more than 2^-54 of the result,
+//   c1_hi, c1_lo, c2, c3, c4: ln |Gamma(r + t)| = t (c1 + c2 t + c3 t^2 + c4 t^3) on
+//               |t| <= delta (interpolated at 4 Chebyshev nodes of the window:
+//               the next term is below 2^-60 of the first there).
+constexpr int kRootFirst = 2, kRootLast = 23, kRootStride = 8;
+
+void lgamma_abs(mpfr_t r, const mpfr_t x) {
+  int sign;
+  mpfr_lgamma(r, &sign, x, MPFR_RNDN);
+}
+
+// The zero of ln |Gamma| between lo and hi (opposite signs), by bisection to kPrec bits.
+void bisect(mpfr_t root, double lo_d, double hi_d) {
+  M lo, hi, mid, v, vlo;
+  mpfr_set_d(lo, lo_d, MPFR_RNDN);
+  mpfr_set_d(hi, hi_d, MPFR_RNDN);
+  lgamma_abs(vlo, lo);
+  for (int k = 0; k < kPrec - 8; ++k) {
+    mpfr_add(mid, lo, hi, MPFR_RNDN);
+    mpfr_div_2ui(mid, mid, 1, MPFR_RNDN);
+    lgamma_abs(v, mid);
+    if (mpfr_sgn(v.v) == mpfr_sgn(vlo.v)) mpfr_set(lo, mid, MPFR_RNDN);
+    else mpfr_set(hi, mid, MPFR_RNDN);
+  }
+  mpfr_set(root, lo, MPFR_RNDN);
+}
+
+void root_row(int n, int side, uint64_t* row) {
+  // ln |Gamma| is positive near the poles, negative in the middle: the zero
+  // nearer -n lies between -n - 2^-60 (just past the pole, large) and the middle.
+  M r, t, g, psi;
+  const double mid = -n - 0.5;
+  // The minimum of |Gamma| on the interval is near its middle; ln |Gamma| < 0 there for n >= 2.
+  if (side == 0) bisect(r, -n - 0x1p-60 * n, mid);
+  else bisect(r, mid, -n - 1 + 0x1p-60 * (n + 1));
+
+  split(r, row);
+
+  mpfr_digamma(psi, r, MPFR_RNDN);
+  const double delta = std::ldexp(1.0, -14) / std::fabs(mpfr_get_d(psi, MPFR_RNDN));
+  row[2] = bits64(delta);
+  // Interpolation of g(t) = ln |Gamma(r + t)| / t at 4 Chebyshev nodes of [-delta, delta].
+  constexpr int m = 4;
+  std::vector<M> a(m * (m + 1)), x(m);
+  for (int k = 0; k < m; ++k) {
+    mpfr_const_pi(t, MPFR_RNDN);
+    mpfr_mul_ui(t, t, 2 * k + 1, MPFR_RNDN);
+    mpfr_div_ui(t, t, 2 * m, MPFR_RNDN);
+    mpfr_cos(t, t, MPFR_RNDN);
+    mpfr_mul_d(t, t, delta, MPFR_RNDN);
+    M u, p;
+    mpfr_add(u, r, t, MPFR_RNDN);
+    lgamma_abs(g, u);
+    mpfr_div(a[k * (m + 1) + m], g, t, MPFR_RNDN);
+    mpfr_set_ui(p, 1, MPFR_RNDN);
+    for (int j = 0; j < m; ++j) {
+      mpfr_set(a[k * (m + 1) + j], p, MPFR_RNDN);
+      mpfr_mul(p, p, t, MPFR_RNDN);
+    }
+  }
+  for (int p = 0; p < m; ++p)
+    for (int q = p + 1; q < m; ++q) {
+      mpfr_div(t, a[q * (m + 1) + p], a[p * (m + 1) + p], MPFR_RNDN);
+      for (int j = p; j <= m; ++j) {
+        M u;
+        mpfr_mul(u, t, a[p * (m + 1) + j], MPFR_RNDN);
+        mpfr_sub(a[q * (m + 1) + j], a[q * (m + 1) + j], u, MPFR_RNDN);
+      }
+    }
+  for (int p = m - 1; p >= 0; --p) {
+    mpfr_set(t, a[p * (m + 1) + m], MPFR_RNDN);
+    for (int j = p + 1; j < m; ++j) {
+      M u;
+      mpfr_mul(u, a[p * (m + 1) + j], x[j], MPFR_RNDN);
+      mpfr_sub(t, t, u, MPFR_RNDN);
+    }
+    mpfr_div(x[p], t, a[p * (m + 1) + p], MPFR_RNDN);
+  }
+  split(x[0], row + 3);
+  for (int j = 1; j < m; ++j) row[4 + j] = bits64(mpfr_get_d(x[j], MPFR_RNDN));
+
+}
+
+}  // namespace
+
+int main() {
+  double stir[kStirDeg + 2];
+  fit_stirling(stir, &stir[kStirDeg + 1]);
+  const double err = stirling_error(stir, stir[kStirDeg + 1]);
+  expect_row(err < -66, "Stirling remainder fit error budget 2^-66");
+  std::fprintf(stderr, "Stirling remainder: max error 2^%.2f\n", err);
+
+  open_file(
+      "// Constants of the lgamma, lgammar and tgamma families (double and single).\n"
+      "// Generated by tools/tablegen_gamma.cpp (MPFR, 256 bits, each entry rounded\n"
+      "// once to nearest); do not edit. Regenerate with\n"
+      "//   ninja -C build tablegen_gamma && build/tools/tablegen_gamma > src/tables/gamma.h\n"
+      "// Entries are IEEE bit patterns.\n",
+      "gamma_tables");
+
+  uint64_t s[kStirDeg + 2];
+  for (int k = 0; k <= kStirDeg + 1; ++k) s[k] = bits64(stir[k]);
+  std::printf(
+      "// Stirling's remainder in base 2: ln Gamma(z) = (z - 1/2) ln z - z + ln(2 pi)/2 + S(z),\n"
+      "// S(z) log2(e) = (1/z) ((c0 + c0_lo) + c1 w + ... + c%d w^%d), w = 1/z^2, for z >= 8\n"
+      "// (interpolated at the Chebyshev nodes of [0, 1/64]; the last entry is c0_lo, the rest\n"
+      "// of c0; max error %.1f bits below 1 over z = 8..8e17).\n",
+      kStirDeg, kStirDeg, -err);
+  print_table64((std::string("alignas(64) inline constexpr uint64_t kStirling[") + std::to_string(kStirDeg + 2) + "]").c_str(), s,
+                kStirDeg + 2);
+
+  // Double-word constants (hi, lo).
+  M v, t;
+  uint64_t dw[12];
+  mpfr_const_pi(v, MPFR_RNDN);
+  mpfr_mul_2ui(v, v, 1, MPFR_RNDN);
+  mpfr_log2(v, v, MPFR_RNDN);
+  mpfr_div_2ui(v, v, 1, MPFR_RNDN);
+  split(v, dw + 0);  // log2(2 pi)/2
+  mpfr_const_log2(v, MPFR_RNDN);
+  mpfr_ui_div(v, 1, v, MPFR_RNDN);
+  split(v, dw + 2);  // log2(e)
+  mpfr_const_log2(v, MPFR_RNDN);
+  split(v, dw + 4);  // ln 2
+  mpfr_const_pi(v, MPFR_RNDN);
+  mpfr_log2(v, v, MPFR_RNDN);
+  split(v, dw + 6);  // log2(pi)
+  mpfr_const_euler(v, MPFR_RNDN);
+  mpfr_neg(v, v, MPFR_RNDN);
+  split(v, dw + 8);  // -gamma
+  mpfr_add_ui(v, v, 1, MPFR_RNDN);
+  split(v, dw + 10);  // 1 - gamma
+  std::printf(
+      "// Double-word constants (hi, lo): log2(2 pi)/2, log2(e), ln 2, log2(pi), -gamma (Euler's\n"
+      "// constant), 1 - gamma.\n");
+  print_table64("alignas(64) inline constexpr uint64_t kConstants[12]", dw, 12);
+  expect_quoted("ln 2 high part", from_bits(dw[4]), "0.69314718055994531");
+
+  uint64_t t1[kTaylorLast - 1], t2[kTaylorLast - 1];
+  for (int k = 2; k <= kTaylorLast; ++k) {
+    mpfr_zeta_ui(v, k, MPFR_RNDN);
+    mpfr_div_ui(t, v, k, MPFR_RNDN);
+    if (k & 1) mpfr_neg(t, t, MPFR_RNDN);
+    t1[k - 2] = bits64(mpfr_get_d(t, MPFR_RNDN));
+    mpfr_sub_ui(v, v, 1, MPFR_RNDN);
+    mpfr_div_ui(t, v, k, MPFR_RNDN);
+    if (k & 1) mpfr_neg(t, t, MPFR_RNDN);
+    t2[k - 2] = bits64(mpfr_get_d(t, MPFR_RNDN));
+  }
+  std::printf(
+      "// ln Gamma(1 + t) = -gamma t + sum_k T1[k - 2] t^k, T1[k - 2] = (-1)^k zeta(k)/k, k = 2..%d.\n",
+      kTaylorLast);
+  print_table64((std::string("alignas(64) inline constexpr uint64_t kTaylor1[") + std::to_string(kTaylorLast - 1) + "]").c_str(), t1,
+                kTaylorLast - 1);
+  std::printf(
+      "// ln Gamma(2 + t) = (1 - gamma) t + sum_k T2[k - 2] t^k, T2[k - 2] = (-1)^k (zeta(k) - 1)/k,\n"
+      "// k = 2..%d.\n",
+      kTaylorLast);
+  print_table64((std::string("alignas(64) inline constexpr uint64_t kTaylor2[") + std::to_string(kTaylorLast - 1) + "]").c_str(), t2,
+                kTaylorLast - 1);
+
+  uint64_t sp[2 * kTrigTerms], cp[2 * kTrigTerms];
+  for (int k = 0; k < kTrigTerms; ++k) {
+    mpfr_const_pi(v, MPFR_RNDN);
+    mpfr_pow_ui(v, v, 2 * k + 1, MPFR_RNDN);
+    mpfr_fac_ui(t, 2 * k + 1, MPFR_RNDN);
+    mpfr_div(v, v, t, MPFR_RNDN);
+    if (k & 1) mpfr_neg(v, v, MPFR_RNDN);
+    split(v, sp + 2 * k);
+    mpfr_const_pi(v, MPFR_RNDN);
+    mpfr_pow_ui(v, v, 2 * k, MPFR_RNDN);
+    mpfr_fac_ui(t, 2 * k, MPFR_RNDN);
+    mpfr_div(v, v, t, MPFR_RNDN);
+    if (k & 1) mpfr_neg(v, v, MPFR_RNDN);
+    split(v, cp + 2 * k);
+  }
+  std::printf(
+      "// sin(pi t) = t sum_k S_k t^(2k), S_k = (-1)^k pi^(2k+1)/(2k+1)!, and cos(pi t) = sum_k C_k\n"
+      "// t^(2k), C_k = (-1)^k pi^(2k)/(2k)!, k = 0..%d, as (hi, lo) pairs.\n",
+      kTrigTerms - 1);
+  print_table64((std::string("alignas(64) inline constexpr uint64_t kSinPi[") + std::to_string(2 * kTrigTerms) + "]").c_str(), sp,
+                2 * kTrigTerms);
+  print_table64((std::string("alignas(64) inline constexpr uint64_t kCosPi[") + std::to_string(2 * kTrigTerms) + "]").c_str(), cp,
+                2 * kTrigTerms);
+  constexpr int nroots = 2 * (kRootLast - kRootFirst + 1);
+  std::vector<uint64_t> roots(nroots * kRootStride);
+  for (int n = kRootFirst; n <= kRootLast; ++n)
+    for (int side = 0; side < 2; ++side) root_row(n, side, &roots[(2 * (n - kRootFirst) + side) * kRootStride]);
+  expect_quoted("first negative zero", from_bits(roots[0]), "-2.4570247382208006");
+  std::printf(
+      "// The zeros of ln |Gamma(x)| on (-n - 1, -n), n = %d..%d: row 2 (n - %d) + side (side 0 the\n"
+      "// zero nearer -n) holds r_hi, r_lo, delta, c1_hi, c1_lo, c2, c3, c4 with\n"
+      "// ln |Gamma(r + t)| = t (c1 + c2 t + c3 t^2 + c4 t^3) for |t| <= delta = 2^-14 / |psi(r)|.\n",
+      kRootFirst, kRootLast, kRootFirst);
+  print_table64((std::string("alignas(64) inline constexpr uint64_t kRoots[") + std::to_string(nroots * kRootStride) + "]").c_str(),
+                roots.data(), nroots * kRootStride);
+  close_file("gamma_tables");
+  return row_failures ? 1 : 0;
+}
