@@ -69,34 +69,6 @@ void target(mpfr_t g, Form f, mpfr_t w, mpfr_t c1) {
   }
 }
 
-// Solves a x = b (n x n, Gaussian elimination with partial pivoting).
-void solve(M (&a)[kMaxCoefs][kMaxCoefs], M (&b)[kMaxCoefs], int n) {
-  M t, u;
-  for (int c = 0; c < n; ++c) {
-    int p = c;
-    for (int i = c + 1; i < n; ++i)
-      if (mpfr_cmpabs(a[i][c], a[p][c]) > 0) p = i;
-    for (int k = 0; k < n; ++k) mpfr_swap(a[c][k], a[p][k]);
-    mpfr_swap(b[c], b[p]);
-    for (int i = c + 1; i < n; ++i) {
-      mpfr_div(t, a[i][c], a[c][c], MPFR_RNDN);
-      for (int k = c; k < n; ++k) {
-        mpfr_mul(u, t, a[c][k], MPFR_RNDN);
-        mpfr_sub(a[i][k], a[i][k], u, MPFR_RNDN);
-      }
-      mpfr_mul(u, t, b[c], MPFR_RNDN);
-      mpfr_sub(b[i], b[i], u, MPFR_RNDN);
-    }
-  }
-  for (int c = n - 1; c >= 0; --c) {
-    for (int k = c + 1; k < n; ++k) {
-      mpfr_mul(u, a[c][k], b[k], MPFR_RNDN);
-      mpfr_sub(b[c], b[c], u, MPFR_RNDN);
-    }
-    mpfr_div(b[c], b[c], a[c][c], MPFR_RNDN);
-  }
-}
-
 double round_to(mpfr_t v, bool single) { return single ? (double)mpfr_get_flt(v, MPFR_RNDN) : mpfr_get_d(v, MPFR_RNDN); }
 
 // The n coefficients of p(w) ~ g(w) on [0, 1/16], each rounded to the lane
@@ -105,7 +77,11 @@ double round_to(mpfr_t v, bool single) { return single ? (double)mpfr_get_flt(v,
 void fit(Form f, int n, bool single, mpfr_t c1, double* coef, const double* first0 = nullptr) {
   constexpr double kW = 1.0 / 16;
   const int j = first0 ? 1 : 0, m = n - j;
-  M a[kMaxCoefs][kMaxCoefs], b[kMaxCoefs];
+  mpfr_t a[kMaxCoefs][kMaxCoefs], b[kMaxCoefs];
+  for (int k = 0; k < m; ++k) {
+    mpfr_init2(b[k], kPrec);
+    for (int i = 0; i < m; ++i) mpfr_init2(a[k][i], kPrec);
+  }
   for (int k = 0; k < m; ++k) {  // the Chebyshev nodes of [0, 1/16]
     M x, u;
     mpfr_const_pi(u, MPFR_RNDN);
@@ -121,9 +97,13 @@ void fit(Form f, int n, bool single, mpfr_t c1, double* coef, const double* firs
     }
     for (int i = 0; i < m; ++i) mpfr_pow_ui(a[k][i], x, i, MPFR_RNDN);
   }
-  solve(a, b, m);
+  solve_linear(a[0][0], kMaxCoefs, b[0], m);
   if (j) coef[0] = *first0;
   for (int i = 0; i < m; ++i) coef[j + i] = round_to(b[i], single);
+  for (int k = 0; k < m; ++k) {
+    mpfr_clear(b[k]);
+    for (int i = 0; i < m; ++i) mpfr_clear(a[k][i]);
+  }
 }
 
 // Max relative error of the approximation with the rounded coefficients

@@ -26,7 +26,7 @@ template <class T, bool kFull> struct CosPi : frame::Kernel {
     const Rows<T>& k = rows(kRows<T>);
     Reduced<Vec<T, L>> red = reduce(abs(x), k);
     red.q = red.q + 1;
-    return quadrant_sin<kFull>(red, k);
+    return quadrant_sin<kFull>(red, UIntOf<Vec<T, L>>(0), k);
   }
 };
 

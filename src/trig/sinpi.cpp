@@ -24,8 +24,7 @@ template <class T, bool kFull> struct SinPi : frame::Kernel {
   using sig = T(T);
   template <int L> static RAVL_INLINE Vec<T, L> vec(Vec<T, L> x) {
     const Rows<T>& k = rows(kRows<T>);
-    const Vec<T, L> v = quadrant_sin<kFull>(reduce(abs(x), k), k);
-    return as_float<Vec<T, L>>(as_uint(v) ^ sign_bit(x));
+    return quadrant_sin<kFull>(reduce(abs(x), k), sign_bit(x), k);
   }
 };
 

@@ -3,14 +3,16 @@
 // turns and the kernels of sin(pi r) and cos(pi r) on |r| <= 1/4.
 //
 // Reduction, on a = |x| (every family is odd or even, so its sign is put
-// back last): k = round(a/2) and y = a - 2k in [-1, 1], exact (a < 2^53, or
-// 2^24 for singles: 2k is a multiple of a's ulp and |y| <= 1; above that a is
-// even, a/2 is k and y = 0); then t = 2y + shifter (1.5 * 2^52, or 1.5 * 2^23)
-// holds n = round(2y) in -2..2, whose low two bits (n mod 4, the quadrant q)
-// are those of t's bit pattern, and r = y - n/2 exact, |r| <= 1/4. So
-// x = sign (2k + n/2 + r) with no error at all: there is no multiplication by
-// pi before the reduction. Infinities give y = inf - inf = NaN, and NaN stays
-// NaN, so both come out of every family as NaN with no test.
+// back last). Every a >= 2^53 (2^24 for singles) is an even integer, taken
+// as 2^53 (2^24): ac = min(a, that), NaN kept. Then n = round(2 ac) and
+// r = ac - n/2, exact, |r| <= 1/4 (2 ac is exact; below 2^52 r is a multiple
+// of ac's ulp, above it ac is an integer and r = 0): x = sign (n/2 + r) with
+// no error at all, and no multiplication by pi before the reduction. The
+// quadrant n mod 4 comes apart from r's path: k = round(ac/2), y = ac - 2k
+// in [-1, 1] (exact), t = 2y + shifter (1.5 * 2^52, or 1.5 * 2^23) holds
+// round(2y) = n - 4k in its low bits. Infinities and NaN: the result is
+// OR-ed with the bits of a - a (+0 for finite a, NaN otherwise), so both come
+// out of every family as NaN with no test.
 //
 // Kernels (coefficients fitted in tools/tablegen_sinpi.cpp, tables/sinpi.h):
 //   full  sin(pi r) = sh + sl: sh = RN(r pi_hi), sl = (r pi_hi - sh) (exact, one
@@ -39,6 +41,7 @@ template <class T> struct Coefs;
 template <> struct Coefs<double> {
   static constexpr int kP = 7, kQ = 6, kS = 6, kC = 6;
   static constexpr double shift = f64_bits(0x4338000000000000ull);  // 1.5 * 2^52
+  static constexpr double big = f64_bits(0x4340000000000000ull);    // 2^53
   static constexpr double inf = f64_bits(0x7ff0000000000000ull);
   // 2^128 and 2^-128: the sine's pair is formed on r 2^128, so that its low
   // part stays exact (r pi_hi's rounding error is above 2^-1074) for every r.
@@ -50,6 +53,7 @@ template <> struct Coefs<double> {
 template <> struct Coefs<float> {
   static constexpr int kP = 4, kQ = 4, kS = 4, kC = 4;
   static constexpr float shift = f32_bits(0x4b400000u);  // 1.5 * 2^23
+  static constexpr float big = f32_bits(0x4b800000u);    // 2^24
   static constexpr float inf = f32_bits(0x7f800000u);
   // 2^100 and 2^-100 (the same for singles: r pi_hi's error above 2^-149).
   static constexpr float up = f32_bits(0x71800000u), down = f32_bits(0x0d800000u);
@@ -61,7 +65,7 @@ template <> struct Coefs<float> {
 // The rows the vector paths read (one 32-byte row each, as memory operands).
 template <class T> struct Rows {
   using C = Coefs<T>;
-  Row<T> half = row(T(0.5)), two = row(T(2)), one = row(T(1)), shift = row(C::shift), inf = row(C::inf),
+  Row<T> half = row(T(0.5)), two = row(T(2)), one = row(T(1)), shift = row(C::shift), big = row(C::big), inf = row(C::inf),
          up = row(C::up), down = row(C::down);
   Row<T> pi_hi = row(C::at(C::pi, 0)), pi_lo = row(C::at(C::pi, 1)), c1_hi = row(C::at(C::c1, 0)),
          c1_lo = row(C::at(C::c1, 1));
@@ -75,25 +79,28 @@ template <class T> struct Rows {
 };
 template <class T> inline constexpr Rows<T> kRows{};
 
-// c[0] + w (c[1] + w (... c[n - 1])), Horner's scheme on the rows c.
-template <int n, class V, class T> RAVL_INLINE V horner(V w, const Row<T>* c) {
-  V p = get<V>(c[n - 1]);
-  for (int i = n - 2; i >= 0; --i) p = fma(p, w, get<V>(c[i]));
+// c[0] + c[1] w + ... + c[n - 1] w^(n-1) in pairs: e_i = c[2i] + c[2i+1] w,
+// then Horner's scheme in w2 = w^2 over the pairs (half the latency of
+// Horner's scheme in w, the same number of fma).
+template <int n, class V, class T> RAVL_INLINE V poly(V w, V w2, const Row<T>* c) {
+  V p = n % 2 ? get<V>(c[n - 1]) : fma(get<V>(c[n - 1]), w, get<V>(c[n - 2]));
+  for (int i = (n + 1) / 2 - 2; i >= 0; --i) p = fma(p, w2, fma(get<V>(c[2 * i + 1]), w, get<V>(c[2 * i])));
   return p;
 }
 
-// |x| = 2k + n/2 + r exactly; q's low two bits are n mod 4.
+// |x| = n/2 + r exactly (beyond an even integer); q's low two bits are n
+// mod 4; nan the bits of |x| - |x|.
 template <class V> struct Reduced {
   V r;
-  UIntOf<V> q;
+  UIntOf<V> q, nan;
 };
 template <class V> RAVL_INLINE Reduced<V> reduce(V a, const Rows<LaneOf<V>>& k) {
   constexpr int kNearest = 0x8;  // round to nearest even, no exception
-  const V kk = round_imm<kNearest>(a * get<V>(k.half));
-  const V y = fnma(kk, get<V>(k.two), a);
-  const V t = fma(y, get<V>(k.two), get<V>(k.shift));
-  const V n = t - get<V>(k.shift);
-  return {fnma(n, get<V>(k.half), y), as_uint(t)};
+  const V ac = hw_min(get<V>(k.big), a);
+  const V n = round_imm<kNearest>(ac * get<V>(k.two));
+  const V kk = round_imm<kNearest>(ac * get<V>(k.half));
+  const V t = fma(fnma(kk, get<V>(k.two), ac), get<V>(k.two), get<V>(k.shift));
+  return {fnma(n, get<V>(k.half), ac), as_uint(t), as_uint(a - a)};
 }
 
 // sin(pi r) = sh + sl and cos(pi r) = ch + cl (sl = cl = 0 in the fast
@@ -107,36 +114,40 @@ template <class V> struct SinCos {
 };
 template <bool kFull, class V> RAVL_INLINE SinCos<V> sincos(V r, const Rows<LaneOf<V>>& k) {
   using C = Coefs<LaneOf<V>>;
-  const V w = r * r;
+  const V w = r * r, w2 = w * w;
   SinCos<V> o;
   if constexpr (kFull) {
     const V pih = get<V>(k.pi_hi), c1 = get<V>(k.c1_hi);
     const V rs = r * get<V>(k.up);
     o.sh = rs * pih;
-    o.sl = fma(rs, fma(w, horner<C::kP>(w, k.p), get<V>(k.pi_lo)), fms(rs, pih, o.sh));
+    o.sl = fma(rs, fma(w, poly<C::kP>(w, w2, k.p), get<V>(k.pi_lo)), fms(rs, pih, o.sh));
     const V a = c1 * w;
-    const V rest = fma(w * w, horner<C::kQ>(w, k.q),
+    const V rest = fma(w2, poly<C::kQ>(w, w2, k.q),
                        fma(get<V>(k.c1_lo), w, fma(c1, fms(r, r, w), fms(c1, w, a))));
     o.ch = get<V>(k.one) + a;
     o.cl = ((get<V>(k.one) - o.ch) + a) + rest;
   } else {
-    o.sh = r * horner<C::kS>(w, k.s);
-    o.ch = fma(w, horner<C::kC>(w, k.c), get<V>(k.one));
+    o.sh = r * poly<C::kS>(w, w2, k.s);
+    o.ch = fma(w, poly<C::kC>(w, w2, k.c), get<V>(k.one));
   }
   return o;
 }
 
-// sin(pi (q/2 + r)) for the quadrant q (low two bits): q odd takes the
-// cosine, q = 2, 3 the negated value; a zero (r = 0 with q even) comes out
-// as +0 (-0 + 0 = +0), so that the caller's sign is the zero's.
-template <bool kFull, class V> RAVL_INLINE V quadrant_sin(Reduced<V> red, const Rows<LaneOf<V>>& k) {
+// sin(pi (q/2 + r)) for the quadrant q (low two bits), then the sign bit
+// `sign` and NaN for infinite and NaN |x|: q odd takes the cosine, q = 2, 3
+// the negated value, except for an exact zero (r = 0 with the sine: the sine
+// of +0 is +0), whose sign is `sign` alone.
+template <bool kFull, class V>
+RAVL_INLINE V quadrant_sin(Reduced<V> red, UIntOf<V> sign, const Rows<LaneOf<V>>& k) {
   using U = UIntOf<V>;
   constexpr int kTop = sizeof(LaneOf<V>) * 8 - 1;
   const SinCos<V> sc = sincos<kFull>(red.r, k);
   const V s = kFull ? (sc.sh + sc.sl) * get<V>(k.down) : sc.sh, c = kFull ? sc.ch + sc.cl : sc.ch;
-  const V m = select_sign(red.q << kTop, s, c);
-  const U flip = (red.q >> 1) << kTop;
-  return as_float<V>(as_uint(m) ^ flip) + V(0);
+  const U odd = red.q << kTop;
+  const V m = select_sign(odd, s, c);
+  const U zero = bitcast<U>(red.r == V(0)) & ~odd;
+  const U flip = (((red.q >> 1) << kTop) & ~zero) ^ sign;
+  return as_float<V>((as_uint(m) ^ flip) | red.nan);
 }
 
 }  // namespace sinpi_core

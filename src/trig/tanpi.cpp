@@ -56,7 +56,7 @@ template <class T, bool kFull> struct TanPi : frame::Kernel {
     // r = 0: +0, +inf, -0, -inf by the quadrant.
     const V exact = as_float<V>(as_uint(select_sign(odd, V(0), get<V>(k.inf))) | ((red.q >> 1) << kTop));
     t = select(red.r == V(0), exact, t);
-    return as_float<V>(as_uint(t) ^ sign_bit(x));
+    return as_float<V>((as_uint(t) ^ sign_bit(x)) | red.nan);
   }
 };
 
