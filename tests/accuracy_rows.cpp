@@ -182,18 +182,20 @@ const struct {
     {"atan2pi", "fast", 480},   // 466.3
     {"atan2pif", "full", 0.52}, // 0.5125
     {"atan2pif", "fast", 2.5},  // 2.429
-    {"sinpi", "full", 1.0},
-    {"sinpi", "fast", 1000},
-    {"sinpif", "full", 1.0},
-    {"sinpif", "fast", 1000},
-    {"cospi", "full", 1.0},
-    {"cospi", "fast", 1000},
-    {"cospif", "full", 1.0},
-    {"cospif", "fast", 1000},
-    {"tanpi", "full", 1.0},
-    {"tanpi", "fast", 1000},
-    {"tanpif", "full", 1.0},
-    {"tanpif", "fast", 1000},
+    // The pi-scaled forms (the ranges below; singles also every positive float below 2^23,
+    // tools/exhaustive/exhaustive_trigf.cpp: above it every single is an integer, exact).
+    {"sinpi", "full", 0.75},     // 0.7116
+    {"sinpi", "fast", 125},      // 121.8 (relative 2^-45.6, the degree-11 kernel near |r| = 1/4)
+    {"sinpif", "full", 0.8},     // 0.7705 (every float)
+    {"sinpif", "fast", 2.2},     // 2.061
+    {"cospi", "full", 0.78},     // 0.7465
+    {"cospi", "fast", 125},      // 121.9
+    {"cospif", "full", 0.8},     // 0.7621 (every float from 2^-30; below it 1 exactly)
+    {"cospif", "fast", 2.1},     // 1.986
+    {"tanpi", "full", 0.85},     // 0.7956
+    {"tanpi", "fast", 180},      // 175.4
+    {"tanpif", "full", 1.0},     // 0.7918 (sampled ranges; the every-float run is the tool's)
+    {"tanpif", "fast", 4},       // 3.71
     {"sinh", "full", 1.85},     // 1.843 (small x: the designed degree-5 sinh r and the rounding of S Cp)
     {"sinh", "fast", 213},      // 212.4 (one-constant reduction at |x| near 707)
     {"sinhf", "full", 0.501},   // 0.500
