@@ -16,7 +16,7 @@
 //   cospi    plain    full   0.7465 ulp (worst x = -0x1.40bb278da7ebcp+0)
 //   cospi    _native  fast   121.9 ulp (x = 0x1.0000000000021p-2)
 //   cospif   plain    full   0.7621 ulp (every float; worst x = 0x1.bde474p+0)
-//   cospif   _native  fast   1.986 ulp (sampled; x = -0x1.6e714ep-2)
+//   cospif   _native  fast   2.1434 ulp (every float from 2^-30; x = 0x1.ec2e4ep-2)
 #include "trig/sinpi_core.h"
 
 namespace ravl {

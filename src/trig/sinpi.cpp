@@ -17,7 +17,7 @@
 //   sinpi    plain    full   0.7116 ulp (worst x = 0x1.399fab6979d72p+9); denormal results 0.69
 //   sinpi    _native  fast   121.8 ulp (x = 0x1.fffffffffffc5p-3: the degree-11 kernel at r near 1/4)
 //   sinpif   plain    full   0.7705 ulp (every float; worst x = 0x1.fa1ee2p-3)
-//   sinpif   _native  fast   2.061 ulp (sampled; x = -0x1.f6122ap-1)
+//   sinpif   _native  fast   2.1434 ulp (every float from 2^-30; x = 0x1.3d1b2p-6)
 #include "trig/sinpi_core.h"
 
 namespace ravl {

@@ -16,12 +16,14 @@
 // with the sign of x. Infinities and NaN give NaN.
 //
 // Classes and measured max errors (against MPFR's tanpi; tests/accuracy_test.cpp
-// keeps and asserts the bounds in tests/accuracy_rows.cpp; the ranges of
-// sinpi, about 1.7e5 doubles or 3.3e5 singles a row):
+// keeps and asserts the bounds in tests/accuracy_rows.cpp; doubles: the
+// ranges of sinpi, about 1.7e5 inputs a row; singles: every positive float
+// below 2^23, tools/exhaustive/exhaustive_trigf.cpp, the fast class from
+// 2^-30; above 2^23 every single is an integer and the result exact):
 //   tanpi    plain    full   0.7956 ulp (worst x = -0x1.3ffa856edfe68p+0)
 //   tanpi    _native  fast   175.4 ulp (x = -0x1.8000000000029p-1)
-//   tanpif   plain    full   0.7918 ulp (x = 0x1.fac53ep-3)
-//   tanpif   _native  fast   3.71 ulp (x = -0x1.fb5688p-3)
+//   tanpif   plain    full   0.8792 ulp (every float; worst x = 0x1.fee482p-3)
+//   tanpif   _native  fast   4.4253 ulp (x = 0x1.fe939cp-3)
 #include "trig/sinpi_core.h"
 
 namespace ravl {
