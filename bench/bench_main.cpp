@@ -129,6 +129,9 @@ const Range kRanges[] = {
     {"tgamma", 0.5, 34, 0, 0, false},
     {"tan", -1000, 1000, 0, 0, false},      {"sincos", -1000, 1000, 0, 0, false},
     {"sincosreg", -1000, 1000, 0, 0, false},
+    // The pi-scaled forms on the same range (five hundred periods).
+    {"sinpi", -1000, 1000, 0, 0, false},    {"cospi", -1000, 1000, 0, 0, false},
+    {"tanpi", -1000, 1000, 0, 0, false},
     // Arc sines and cosines over their whole domain [-1, 1] (both regions
     // of the fold, no special lane).
     {"acos", -1, 1, 0, 0, false},           {"asin", -1, 1, 0, 0, false},

@@ -32,6 +32,7 @@ const std::map<std::string, MpfrFn> kMpfr = {
     {"rcbrt", [](mpfr_ptr r, mpfr_srcptr x, mpfr_rnd_t rnd) { return mpfr_rootn_si(r, x, -3, rnd); }},
     {"acos", mpfr_acos},   {"asin", mpfr_asin},   {"acospi", mpfr_acospi}, {"asinpi", mpfr_asinpi},
     {"atan", mpfr_atan},   {"atanpi", mpfr_atanpi},
+    {"sinpi", mpfr_sinpi}, {"cospi", mpfr_cospi}, {"tanpi", mpfr_tanpi},
     {"sinh", mpfr_sinh},   {"cosh", mpfr_cosh},   {"tanh", mpfr_tanh},
     {"asinh", mpfr_asinh}, {"acosh", mpfr_acosh}, {"atanh", mpfr_atanh},
     {"erf", mpfr_erf},     {"erfc", mpfr_erfc},
@@ -75,7 +76,7 @@ const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sinco
 const Parity kParity[] = {{"sin", "o"},   {"cos", "e"},    {"tanf", "o"},  {"sincos", "oe"}, {"sincosreg", "oe"},
                 {"cbrt", "o"},  {"rcbrt", "o"},  {"asin", "o"},  {"asinpi", "o"},  {"atan", "o"},
                 {"atanpi", "o"}, {"sinh", "o"},  {"cosh", "e"},  {"tanh", "o"},    {"asinh", "o"},
-                {"atanh", "o"}, {"erf", "o"},   {"erff", "o"}};
+                {"atanh", "o"}, {"erf", "o"},    {"sinpi", "o"}, {"cospi", "e"},   {"tanpi", "o"}};
 // tan (double) is not odd bit for bit above 128000: its full-range path works
 // on the signed argument, and the mirror nodes pi/4 and 3pi/4 of its table
 // differ in the pole term's weight (1 and 0), so tan(-x) and -tan(x) may
@@ -188,6 +189,20 @@ const struct {
     {"atan2pi", "fast", 480},   // 466.3
     {"atan2pif", "full", 0.52}, // 0.5125
     {"atan2pif", "fast", 2.5},  // 2.429
+    // The pi-scaled forms (the ranges below; singles also every positive float below 2^23,
+    // tools/exhaustive/exhaustive_trigf.cpp: above it every single is an integer, exact).
+    {"sinpi", "full", 0.75},     // 0.7116
+    {"sinpi", "fast", 125},      // 121.8 (relative 2^-45.6, the degree-11 kernel near |r| = 1/4)
+    {"sinpif", "full", 0.8},     // 0.7705 (every float)
+    {"sinpif", "fast", 2.2},     // 2.1434 (every float from 2^-30)
+    {"cospi", "full", 0.78},     // 0.7465
+    {"cospi", "fast", 125},      // 121.9
+    {"cospif", "full", 0.8},     // 0.7621 (every float from 2^-30; below it 1 exactly)
+    {"cospif", "fast", 2.2},     // 2.1434 (every float from 2^-30)
+    {"tanpi", "full", 0.85},     // 0.7956
+    {"tanpi", "fast", 180},      // 175.4
+    {"tanpif", "full", 0.9},     // 0.8792 (every float)
+    {"tanpif", "fast", 4.5},     // 4.4253 (every float from 2^-30)
     {"sinh", "full", 1.85},     // 1.843 (small x: the designed degree-5 sinh r and the rounding of S Cp)
     {"sinh", "fast", 213},      // 212.4 (one-constant reduction at |x| near 707)
     {"sinhf", "full", 0.501},   // 0.500
@@ -486,6 +501,24 @@ std::vector<Range> ranges() {
     v.push_back({f, "wide", single ? kFMin : kDMin, single ? kFMax : kDMax, kBitPatterns});
     v.push_back({f, "near1", 0.5, 2.0});
     v.push_back({f, "denormal", single ? 0x1p-149 : 0x1p-1074, single ? 0x1p-126 : kDMin, kBitPatterns});
+  }
+  // The pi-scaled sine, cosine and tangent: the bench range, [-2, 2], every
+  // binade below 2 (denormals included) and above (up to the integers from
+  // 2^52, or 2^23), the neighbourhoods of integers and half-integers, small
+  // and near the top of the non-integers (the single families: every float in
+  // tools/exhaustive/exhaustive_trigf.cpp).
+  for (const char* f : {"sinpi", "cospi", "tanpi", "sinpif", "cospif", "tanpif"}) {
+    const bool single = f[std::strlen(f) - 1] == 'f';
+    const double top = single ? 0x1p23 : 0x1p52, d = single ? 0x1p-10 : 0x1p-20;
+    v.push_back({f, "moderate", -1000, 1000});
+    v.push_back({f, "unit", -2, 2});
+    v.push_back({f, "small", single ? 0x1p-149 : 0x1p-1074, 2, kBitPatterns});
+    v.push_back({f, "wide", 2, single ? kFMax : kDMax, kBitPatterns});
+    for (double c : {0.5, 1.0, 1.5, 2.0, 1000.5, 1001.0, top / 4 + 0.5})
+      v.push_back({f, c == 0.5 ? "near_half" : c == 1 ? "near_1" : c == 1.5 ? "near_3_2" : c == 2 ? "near_2"
+                              : c == 1000.5 ? "near_2001_2" : c == 1001 ? "near_1001" : "near_top",
+                   c - d * (c > 2 ? c : 1), c + d * (c > 2 ? c : 1)});
+    v.push_back({f, "top", top / 2, top});
   }
   // The roots: every positive normal (and negative one for the odd cube
   // roots), [0.5, 8) (every exponent remainder mod 3 and parity), the denormals.

@@ -287,6 +287,33 @@ const Row kRows[] = {
     // sinh, cosh: the vector bound (707.7001953125 flagged, 707.69970703125
     // not), the scalar routine's overflow bound 710.475860073944 and its
     // e^|x|/2 and series bounds.
+    // The pi-scaled forms: every lane inline. Zeros of sinpi with the sign of x,
+    // cospi(n + 1/2) = +0, tanpi(n) a zero with the sign of x for even n and the
+    // other sign for odd n, tanpi(n + 1/2) = +inf for even n and -inf for odd n;
+    // every single from 2^23 (double from 2^52) an integer; 8388607.5 the
+    // largest non-integer single, 2^52 - 1/2 the largest non-integer double.
+    {"sinpi,sinpif", {NAN, NAN, INF, NAN, -INF, NAN, 0, 0, -0.0, -0.0, 0.5, 1, -0.5, -1, 1, 0, -1, -0.0, 1.5, -1,
+                      -1.5, 1, 2, 0, -2, -0.0, 3, 0, -3, -0.0, 2.5, 1, 0.25, ACC, -0.75, ACC, 0x1p-30, ACC,
+                      8388607.5, -1, -8388607.5, 1, 8388608, 0, -8388608, -0.0, 8388609, 0, 0x1p24, 0, 1e30, 0,
+                      -1e30, -0.0}},
+    {"sinpi", {0x1p-1074, CR, -0x1p-1074, CR, 0x1p-1030, CR, 0x1.ffffffffffffp-1023, ACC, 0x1p52, 0, 0x1p52 + 1, 0,
+               -0x1p52 - 1, -0.0, 0x1p53, 0, 0x1p52 - 0.5, -1, 0x1p51 + 0.5, 1, DBL_MAX, 0, -DBL_MAX, -0.0,
+               1 - 0x1p-53, ACC, 0.5 - 0x1p-54, ACC, 0.5 + 0x1p-53, ACC}},
+    {"sinpif", {0x1p-149, CR, -0x1p-149, CR, 0x1p-140, ACC, 0x1p-127, ACC, 3.4028235e38, 0, -3.4028235e38, -0.0}},
+    {"cospi,cospif", {NAN, NAN, INF, NAN, -INF, NAN, 0, 1, -0.0, 1, 0.5, 0, -0.5, 0, 1, -1, -1, -1, 1.5, 0, -1.5, 0,
+                      2, 1, -2, 1, 3, -1, 2.5, 0, 0.25, ACC, 0x1p-30, 1, 8388607.5, 0, -8388607.5, 0, 8388608, 1,
+                      8388609, -1, -8388609, -1, 0x1p24, 1, 1e30, 1}},
+    {"cospi", {0x1p-1074, 1, 0x1p52, 1, 0x1p52 + 1, -1, 0x1p53, 1, 0x1p52 - 0.5, 0, 0x1p51 + 0.5, 0, DBL_MAX, 1,
+               -DBL_MAX, 1, 0.5 - 0x1p-54, ACC, 0.5 + 0x1p-53, ACC, 1 - 0x1p-53, ACC}},
+    {"cospif", {0x1p-149, 1, 3.4028235e38, 1}},
+    {"tanpi,tanpif", {NAN, NAN, INF, NAN, -INF, NAN, 0, 0, -0.0, -0.0, 0.5, INF, -0.5, -INF, 1.5, -INF, -1.5, INF,
+                      2.5, INF, -2.5, -INF, 1, -0.0, -1, 0, 2, 0, -2, -0.0, 3, -0.0, -3, 0, 0.25, ACC, -0.75, ACC,
+                      0x1p-30, ACC, 8388607.5, -INF, -8388607.5, INF, 8388606.5, INF, 8388608, 0, 8388609, -0.0,
+                      -8388609, 0, 0x1p24, 0, 1e30, 0, -1e30, -0.0}},
+    {"tanpi", {0x1p-1074, CR, -0x1p-1074, CR, 0x1p-1030, CR, 0x1p52, 0, 0x1p52 + 1, -0.0, -0x1p52 - 1, 0, 0x1p53, 0,
+               0x1p52 - 0.5, -INF, 0x1p51 + 0.5, INF, DBL_MAX, 0, -DBL_MAX, -0.0, 0.5 - 0x1p-54, ACC,
+               0.5 + 0x1p-53, ACC, 1 - 0x1p-53, ACC}},
+    {"tanpif", {0x1p-149, CR, -0x1p-149, CR, 0x1p-140, ACC, 3.4028235e38, 0, -3.4028235e38, -0.0}},
     {"sinh", {NAN, NAN, INF, INF, -INF, -INF, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074,
               1e-300, 1e-300, 710.4759, INF, -710.4759, -INF, 1e308, INF, 710.4758, ACC, -710.4758, ACC,
               710.475860073944, INF, 710.47586007394383, ACC, 707.7001953125, ACC, 707.69970703125, ACC,

@@ -81,6 +81,39 @@ inline void split_grid(mpfr_t v, int k, double* hi, double* lo) {
   mpfr_clear(t);
 }
 
+// Solves the n x n system a x = b in place (Gaussian elimination with partial
+// pivoting): a row-major with `stride` entries a row, b the right side,
+// which becomes x. Every value at kPrec bits.
+inline void solve_linear(mpfr_ptr a, int stride, mpfr_ptr b, int n) {
+  mpfr_t t, u;
+  mpfr_inits2(kPrec, t, u, (mpfr_ptr)0);
+  auto A = [&](int i, int k) { return a + i * stride + k; };
+  for (int c = 0; c < n; ++c) {
+    int p = c;
+    for (int i = c + 1; i < n; ++i)
+      if (mpfr_cmpabs(A(i, c), A(p, c)) > 0) p = i;
+    for (int k = 0; k < n; ++k) mpfr_swap(A(c, k), A(p, k));
+    mpfr_swap(b + c, b + p);
+    for (int i = c + 1; i < n; ++i) {
+      mpfr_div(t, A(i, c), A(c, c), MPFR_RNDN);
+      for (int k = c; k < n; ++k) {
+        mpfr_mul(u, t, A(c, k), MPFR_RNDN);
+        mpfr_sub(A(i, k), A(i, k), u, MPFR_RNDN);
+      }
+      mpfr_mul(u, t, b + c, MPFR_RNDN);
+      mpfr_sub(b + i, b + i, u, MPFR_RNDN);
+    }
+  }
+  for (int c = n - 1; c >= 0; --c) {
+    for (int k = c + 1; k < n; ++k) {
+      mpfr_mul(u, A(c, k), b + k, MPFR_RNDN);
+      mpfr_sub(b + c, b + c, u, MPFR_RNDN);
+    }
+    mpfr_div(b + c, b + c, A(c, c), MPFR_RNDN);
+  }
+  mpfr_clears(t, u, (mpfr_ptr)0);
+}
+
 // The opening of a table file: the header comment (whole "// ...\n" lines),
 // #pragma once, <stdint.h> and namespace ravl::<ns>.
 inline void open_file(const char* comment, const char* ns) {

@@ -93,38 +93,6 @@ void regular(mpfr_t out, int j, int w, double d, mpfr_t r) {
   }
 }
 
-// Solves the n x n system a x = b in place (Gaussian elimination with partial
-// pivoting); n <= 3 here.
-void solve(mpfr_t a[3][3], mpfr_t b[3], int n) {
-  M t;
-  for (int c = 0; c < n; ++c) {
-    int p = c;
-    for (int i = c + 1; i < n; ++i)
-      if (mpfr_cmpabs(a[i][c], a[p][c]) > 0) p = i;
-    for (int k = 0; k < n; ++k) mpfr_swap(a[c][k], a[p][k]);
-    mpfr_swap(b[c], b[p]);
-    for (int i = c + 1; i < n; ++i) {
-      mpfr_div(t, a[i][c], a[c][c], MPFR_RNDN);
-      for (int k = c; k < n; ++k) {
-        M u;
-        mpfr_mul(u, t, a[c][k], MPFR_RNDN);
-        mpfr_sub(a[i][k], a[i][k], u, MPFR_RNDN);
-      }
-      M u;
-      mpfr_mul(u, t, b[c], MPFR_RNDN);
-      mpfr_sub(b[i], b[i], u, MPFR_RNDN);
-    }
-  }
-  for (int c = n - 1; c >= 0; --c) {
-    for (int k = c + 1; k < n; ++k) {
-      M u;
-      mpfr_mul(u, a[c][k], b[k], MPFR_RNDN);
-      mpfr_sub(b[c], b[c], u, MPFR_RNDN);
-    }
-    mpfr_div(b[c], b[c], a[c][c], MPFR_RNDN);
-  }
-}
-
 // The fit interval's half width H = pi/512 (1 + 2^-20).
 void half_width(mpfr_t h) {
   mpfr_const_pi(h, MPFR_RNDN);
@@ -215,8 +183,8 @@ void make_row(int j, double* t) {
       mpfr_pow_ui(od[k][i], u, 2 * i + 1, MPFR_RNDN);
     }
   }
-  solve(ev, be, 3);
-  solve(od, bo, 3);
+  solve_linear(ev[0][0], 3, be[0], 3);
+  solve_linear(od[0][0], 3, bo[0], 3);
   for (int i = 0; i < kCoefs; ++i) {
     M c, hp;
     mpfr_pow_ui(hp, h, i, MPFR_RNDN);

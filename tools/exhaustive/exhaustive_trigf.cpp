@@ -1,5 +1,5 @@
-// Accuracy of the single sine, cosine and tangent families over every
-// positive single (the parity tests show f(-x) = -f(x) or f(x) bit for bit):
+// Accuracy of the single sine, cosine and tangent families and their
+// pi-scaled forms (sinpif, cospif, tanpif) over every positive single (the parity tests show f(-x) = -f(x) or f(x) bit for bit):
 // each result is screened against a double reference (an exact reduction of
 // x by pi/2 with 128 bits of 2/pi below the units, then Taylor sums in double,
 // about 2^-50 relative), and the inputs with the largest screened errors are
@@ -106,12 +106,23 @@ void sincos_ref(double rh, double rl, double* s, double* c) {
   *c = ch - rl * sh;
 }
 
-enum Kind { kSin, kCos, kTan };
+enum Kind { kSin, kCos, kTan, kSinPi, kCosPi, kTanPi };
 
 double ref_value(Kind k, float x) {
   int q;
   double rh, rl, s, c;
-  reduce(x, &q, &rh, &rl);
+  if (k >= kSinPi) {
+    // The pi-scaled forms: x = 2j + q/2 + r exactly in double (|r| <= 1/4),
+    // then pi r with pi's low part (r has at most 24 significant bits).
+    const double y = x - 2 * std::nearbyint(x * 0.5), n = std::nearbyint(2 * y), r = y - n / 2;
+    q = (int)n & 3;
+    if (k == kTanPi && r == 0) return q == 0 ? 0.0 : q == 1 ? INFINITY : q == 2 ? -0.0 : -INFINITY;
+    rh = r * 3.141592653589793;
+    rl = std::fma(r, 3.141592653589793, -rh) + r * 1.2246467991473532e-16;
+    k = Kind(k - kSinPi);
+  } else {
+    reduce(x, &q, &rh, &rl);
+  }
   sincos_ref(rh, rl, &s, &c);
   switch (k) {
     case kSin: return q == 0 ? s : q == 1 ? c : q == 2 ? -s : -c;
@@ -197,13 +208,14 @@ void run(const Member& mb, int threads, uint32_t from, uint32_t to) {
       }
     });
   for (auto& th : pool) th.join();
-  const char* kn[] = {"sin", "cos", "tan"};
+  const char* kn[] = {"sin", "cos", "tan", "sinpi", "cospi", "tanpi"};
   for (int res = 0; res < mb.results; ++res)
     for (int region = 0; region < 2; ++region) {
       Region g;
       for (int t = 0; t < threads; ++t) g.merge(all[4 * t + 2 * res + region]);
       if (!g.n) continue;
-      ravl_test::UlpRef<float> ref(mb.kind[res] == kSin ? mpfr_sin : mb.kind[res] == kCos ? mpfr_cos : mpfr_tan);
+      const ravl_test::MpfrFn fns[] = {mpfr_sin, mpfr_cos, mpfr_tan, mpfr_sinpi, mpfr_cospi, mpfr_tanpi};
+      ravl_test::UlpRef<float> ref(fns[mb.kind[res]]);
       double worst = 0;
       uint32_t at = 0;
       float got_at = 0;
@@ -248,7 +260,11 @@ int main(int argc, char** argv) {
   const std::vector<Member> members = {
       {"sinf8", {kSin}, 1, 10000},        {"sinf8_native", {kSin}, 1, 10000}, {"cosf8", {kCos}, 1, 10000},
       {"cosf8_native", {kCos}, 1, 10000}, {"tanf8", {kTan}, 1, 8256},         {"tanf8_native", {kTan}, 1, 8256},
-      {"sincosf8", {kSin, kCos}, 2, 0x1.fffffep18f}};
+      {"sincosf8", {kSin, kCos}, 2, 0x1.fffffep18f},
+      // The pi-scaled forms: every single below 2^23 (non-integers) and above.
+      {"sinpif8", {kSinPi}, 1, 0x1p23f}, {"sinpif8_native", {kSinPi}, 1, 0x1p23f},
+      {"cospif8", {kCosPi}, 1, 0x1p23f}, {"cospif8_native", {kCosPi}, 1, 0x1p23f},
+      {"tanpif8", {kTanPi}, 1, 0x1p23f}, {"tanpif8_native", {kTanPi}, 1, 0x1p23f}};
   // A filter that names a member exactly runs that member alone.
   const bool exact = std::any_of(members.begin(), members.end(), [&](const Member& m) { return m.name == filter; });
   for (const Member& m : members)
