@@ -60,6 +60,14 @@ inline void expect_quoted(const char* what, double got, const char* quoted) {
   expect_row_bits(what, -1, got, std::strtod(quoted, nullptr));
 }
 
+// An MPFR number of kPrec bits that clears itself.
+struct M {
+  mpfr_t v;
+  M() { mpfr_init2(v, kPrec); }
+  ~M() { mpfr_clear(v); }
+  operator mpfr_ptr() { return v; }
+};
+
 // v = 2^(j/n) to kPrec bits.
 inline void pow2_frac(mpfr_t v, int j, int n) {
   mpfr_set_si(v, j, MPFR_RNDN);

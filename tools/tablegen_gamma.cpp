@@ -14,13 +14,6 @@ namespace {
 
 using namespace tablegen;
 
-struct M {
-  mpfr_t v;
-  M() { mpfr_init2(v, kPrec); }
-  ~M() { mpfr_clear(v); }
-  operator mpfr_ptr() { return v; }
-};
-
 // (hi, lo) = RN(v), RN(v - hi).
 void split(mpfr_t v, uint64_t* out) {
   M t;

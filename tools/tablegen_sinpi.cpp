@@ -21,13 +21,6 @@ namespace {
 
 using namespace tablegen;
 
-struct M {
-  mpfr_t v;
-  M() { mpfr_init2(v, kPrec); }
-  ~M() { mpfr_clear(v); }
-  operator mpfr_ptr() { return v; }
-};
-
 constexpr int kMaxCoefs = 8;
 
 // The function to fit at w (r = sqrt(w) > 0), with the known low terms taken

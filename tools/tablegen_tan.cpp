@@ -50,13 +50,6 @@ constexpr int kRows = 256, kCols = 13, kCoefs = 6;
 // below 1: the double y alone carries half an ulp of 1.27).
 constexpr double kEvalBound = 3.25;
 
-struct M {
-  mpfr_t v;
-  M() { mpfr_init2(v, kPrec); }
-  ~M() { mpfr_clear(v); }
-  operator mpfr_ptr() { return v; }
-};
-
 double rnd(mpfr_t v) { return mpfr_get_d(v, MPFR_RNDN); }
 
 // a_j = 2 pi j / 512.
