@@ -5,6 +5,8 @@
 //   build/bench/ravl_bench [--tsv] [filter]                          the .so
 //   RAVL_SO=other/libocl_ravl_l9.so build/bench/ravl_bench ...       another build of it
 //   wine build/bench/ravl_bench_win.exe [--tsv] DLL [filter]         the DLL
+//   RAVL_BENCH_HUGE=one|all build/bench/ravl_bench [filter]          one lane of each vector, or
+//                                                                    every lane, huge (full-range reductions)
 //
 // The rows come from the generated export list: for each family its plain
 // and `_native` members at width 8 (families with 32-bit lanes only) or 4
@@ -158,6 +160,9 @@ const double kFloatMax = 1e30;
 alignas(64) unsigned char in_buf[3][kElems * 8];
 alignas(64) unsigned char out_buf[2][kElems * 8];
 
+// RAVL_BENCH_HUGE=one or =all: see fill.
+int huge_lanes = 0;
+
 template <class T> void fill(unsigned char* buf, const Range& r, bool divisor, bool second) {
   T* p = (T*)buf;
   for (int i = 0; i < kElems; ++i) {
@@ -174,6 +179,13 @@ template <class T> void fill(unsigned char* buf, const Range& r, bool divisor, b
         if (r.lo == -30) lo = -20, hi = 80;
       }
       p[i] = r.geometric ? (T)__builtin_exp2(uniform(__builtin_log2(lo), __builtin_log2(hi))) : (T)uniform(lo, hi);
+      // The cost of a reduction's full-range path: huge magnitudes, either
+      // sign, exponents uniform over [2^30, 2^1000] (single: [2^20, 2^126]),
+      // in the first lane of every vector or in every lane.
+      if (huge_lanes && !second && (huge_lanes == 2 || i % (32 / sizeof(T)) == 0)) {
+        double e = sizeof(T) == 4 ? uniform(20, 126) : uniform(30, 1000);
+        p[i] = (T)((next() >> 63 ? -1 : 1) * __builtin_exp2(e));
+      }
     } else {
       T v;
       do {
@@ -426,6 +438,7 @@ int main(int argc, char** argv) {
   auto resolve = [&](const char* n) { return dlsym(lib, n); };
 #endif
   const char* filter = a < argc ? argv[a] : nullptr;
+  if (const char* h = getenv("RAVL_BENCH_HUGE")) huge_lanes = strcmp(h, "all") == 0 ? 2 : strcmp(h, "one") == 0 ? 1 : 0;
   double cyc = cycle_ns();
 
   // Every row is timed in each of kRounds rounds over the whole list and
