@@ -5,6 +5,7 @@
 // ranges. Read by the accuracy and parity tests and by the ravl tool; no test
 // framework here.
 #include <cfloat>
+#include <cmath>
 #include <cstring>
 #include <map>
 
@@ -69,6 +70,20 @@ const std::map<std::string, MpfrFn2> kMpfr2 = {
 
 // The second result of the two-result families.
 const std::map<std::string, MpfrFn> kMpfrSecond = {{"sincos", mpfr_cos}, {"sincosreg", mpfr_cos}};
+// The sign of Gamma(x) that lgammar stores: MPFR's at finite non-integer x,
+// -1 at -0, +1 at +0, at the poles (negative integers) and at infinities and NaN.
+int gamma_sign(double x) {
+  if (!std::isfinite(x) || (x < 0 && x == std::floor(x))) return 1;
+  if (x == 0) return std::signbit(x) ? -1 : 1;
+  mpfr_t r, m;
+  mpfr_inits2(64, r, m, (mpfr_ptr)nullptr);
+  mpfr_set_d(m, x, MPFR_RNDN);
+  int sign;
+  mpfr_lgamma(r, &sign, m, MPFR_RNDN);
+  mpfr_clears(r, m, (mpfr_ptr)nullptr);
+  return sign;
+}
+const std::map<std::string, IntSecond> kIntSecond = {{"lgammar", gamma_sign}};
 
 // Families whose results are odd (o) or even (e) in x, one letter per
 // result: f(-x) must be -f(x) or f(x) bit for bit at every finite x, in every
@@ -573,6 +588,7 @@ MpfrFn mpfr_of(const std::string& family, int result) {
   return result > 1 ? nullptr : lookup(result == 0 ? kMpfr : kMpfrSecond, family);
 }
 MpfrFn2 mpfr2_of(const std::string& family) { return lookup(kMpfr2, family); }
+IntSecond int_second_of(const std::string& family) { return lookup(kIntSecond, family); }
 
 double class_bound(const std::string& family, const std::string& algorithm) {
   for (const auto& b : kBounds)

@@ -133,6 +133,14 @@ template <class T> void check(const Row& row) {
     EXPECT_LE(worst, row.bound) << name << " result " << k << " at x = " << hex(in[at]) << ", y = " << y_at
                                 << ": got " << hex(got);
   }
+  // An exact integer second result (lgammar's sign), lane by lane.
+  if (IntSecond want = int_second_of(row.range.family)) {
+    size_t bad = 0, at = 0;
+    for (size_t i = 0; i < in.size(); ++i)
+      if ((int32_t)outs[1][i] != want(in[i]) && !bad++) at = i;
+    EXPECT_EQ(bad, 0u) << name << " second result at x = " << hex(in[at]) << ": got " << (int32_t)outs[1][at]
+                       << ", want " << want(in[at]);
+  }
 }
 
 class Accuracy : public ::testing::TestWithParam<Row> {};

@@ -14,6 +14,10 @@ namespace ravl_test {
 // The MPFR function of result `result` of a one-argument floating family
 // ("expm1f": mpfr_expm1; "sincos" result 1: mpfr_cos), or null.
 MpfrFn mpfr_of(const std::string& family, int result = 0);
+// The exact integer second result of a family at x (lgammar: the sign of
+// Gamma(x) as int32 lanes), or null.
+using IntSecond = int (*)(double x);
+IntSecond int_second_of(const std::string& family);
 // The MPFR function of a two-argument family ("powf": mpfr_pow), or null.
 MpfrFn2 mpfr2_of(const std::string& family);
 inline bool has_reference(const std::string& family) { return mpfr_of(family) || mpfr2_of(family); }
