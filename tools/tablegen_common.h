@@ -122,6 +122,41 @@ inline void solve_linear(mpfr_ptr a, int stride, mpfr_ptr b, int n) {
   mpfr_clears(t, u, (mpfr_ptr)0);
 }
 
+// v rounded to nearest in the lane type: float (single) or double.
+inline double round_lane(mpfr_t v, bool single) {
+  return single ? (double)mpfr_get_flt(v, MPFR_RNDN) : mpfr_get_d(v, MPFR_RNDN);
+}
+
+// The n coefficients of p(w) ~ g(w) on [0, wmax], lowest power first, from
+// the interpolant at the Chebyshev nodes of that interval (near-minimax in
+// w), each rounded to the lane type. g(out, w) sets out = g(w). first0: the
+// lowest coefficient is given (already rounded) and the others are fitted to
+// (g - first0)/w.
+template <class G>
+void cheb_fit_w(G g, int n, double wmax, bool single, double* coef, const double* first0 = nullptr) {
+  constexpr int kMax = 12;
+  const int j = first0 ? 1 : 0, m = n - j;
+  M a[kMax][kMax], b[kMax];
+  for (int k = 0; k < m; ++k) {
+    M x, u;
+    mpfr_const_pi(u, MPFR_RNDN);
+    mpfr_mul_si(u, u, 2 * k + 1, MPFR_RNDN);
+    mpfr_div_si(u, u, 2 * m, MPFR_RNDN);
+    mpfr_cos(u, u, MPFR_RNDN);
+    mpfr_add_ui(u, u, 1, MPFR_RNDN);
+    mpfr_mul_d(x, u, wmax / 2, MPFR_RNDN);
+    g(b[k], x);
+    if (j) {
+      mpfr_sub_d(b[k], b[k], *first0, MPFR_RNDN);
+      mpfr_div(b[k], b[k], x, MPFR_RNDN);
+    }
+    for (int i = 0; i < m; ++i) mpfr_pow_ui(a[k][i], x, i, MPFR_RNDN);
+  }
+  solve_linear(a[0][0], kMax, b[0], m);
+  if (j) coef[0] = *first0;
+  for (int i = 0; i < m; ++i) coef[j + i] = round_lane(b[i], single);
+}
+
 // The opening of a table file: the header comment (whole "// ...\n" lines),
 // #pragma once, <stdint.h> and namespace ravl::<ns>.
 inline void open_file(const char* comment, const char* ns) {

@@ -62,41 +62,11 @@ void target(mpfr_t g, Form f, mpfr_t w, mpfr_t c1) {
   }
 }
 
-double round_to(mpfr_t v, bool single) { return single ? (double)mpfr_get_flt(v, MPFR_RNDN) : mpfr_get_d(v, MPFR_RNDN); }
-
 // The n coefficients of p(w) ~ g(w) on [0, 1/16], each rounded to the lane
 // type (first0: the lowest one is given, already rounded; the others are
 // then fitted to g - first0).
 void fit(Form f, int n, bool single, mpfr_t c1, double* coef, const double* first0 = nullptr) {
-  constexpr double kW = 1.0 / 16;
-  const int j = first0 ? 1 : 0, m = n - j;
-  mpfr_t a[kMaxCoefs][kMaxCoefs], b[kMaxCoefs];
-  for (int k = 0; k < m; ++k) {
-    mpfr_init2(b[k], kPrec);
-    for (int i = 0; i < m; ++i) mpfr_init2(a[k][i], kPrec);
-  }
-  for (int k = 0; k < m; ++k) {  // the Chebyshev nodes of [0, 1/16]
-    M x, u;
-    mpfr_const_pi(u, MPFR_RNDN);
-    mpfr_mul_si(u, u, 2 * k + 1, MPFR_RNDN);
-    mpfr_div_si(u, u, 2 * m, MPFR_RNDN);
-    mpfr_cos(u, u, MPFR_RNDN);
-    mpfr_add_ui(u, u, 1, MPFR_RNDN);
-    mpfr_mul_d(x, u, kW / 2, MPFR_RNDN);
-    target(b[k], f, x, c1);
-    if (j) {
-      mpfr_sub_d(b[k], b[k], *first0, MPFR_RNDN);
-      mpfr_div(b[k], b[k], x, MPFR_RNDN);
-    }
-    for (int i = 0; i < m; ++i) mpfr_pow_ui(a[k][i], x, i, MPFR_RNDN);
-  }
-  solve_linear(a[0][0], kMaxCoefs, b[0], m);
-  if (j) coef[0] = *first0;
-  for (int i = 0; i < m; ++i) coef[j + i] = round_to(b[i], single);
-  for (int k = 0; k < m; ++k) {
-    mpfr_clear(b[k]);
-    for (int i = 0; i < m; ++i) mpfr_clear(a[k][i]);
-  }
+  cheb_fit_w([&](mpfr_t g, mpfr_t w) { target(g, f, w, c1); }, n, 1.0 / 16, single, coef, first0);
 }
 
 // Max relative error of the approximation with the rounded coefficients
@@ -166,9 +136,9 @@ void print_coefs(const char* decl, const char* comment, const double* c, int n, 
 // (hi, lo) of v rounded to the lane type.
 void split(mpfr_t v, bool single, double* hl) {
   M t;
-  hl[0] = round_to(v, single);
+  hl[0] = round_lane(v, single);
   mpfr_sub_d(t, v, hl[0], MPFR_RNDN);
-  hl[1] = round_to(t, single);
+  hl[1] = round_lane(t, single);
 }
 
 }  // namespace

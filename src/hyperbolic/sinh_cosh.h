@@ -130,6 +130,79 @@ template <bool kOdd> RAVL_INLINE int scalarf(const float* xp, float* rp) {
 struct FloatRows : BoundRows<float, kBoundfBits> {};
 inline constexpr FloatRows kFloatRows{};
 
+// ---- the pair kernel: sinh, cosh and tanh from one reduction ------------------------
+//
+// For a >= 0: n = round(a/ln2) (the shifter's low bits), r = a - n ln2 in two
+// fused steps (ln2's high part has trailing zeros: n ln2_hi is exact for every
+// n in use), w = r^2, |r| <= ln2/2, and
+//   C = cosh r = 1 + w Pc(w),  S = sinh r = r + r w Ps(w)
+// (tables/hyperbolic.h kPairF, kPairD; fit errors 2^-30.8 and 2^-44.2). As
+// e^a = 2^n (C + S) and e^-a = 2^-n (C - S), with P = 2^(n-1), Q = 2^(-n-1):
+//   sinh a = Dm C + Dp S,  cosh a = Dp C + Dm S,  Dm = P - Q, Dp = P + Q.
+// At n = 0, Dm = 0 and Dp = 1 exactly: sinh a = S and cosh a = C, so a small
+// a keeps its relative accuracy (a tiny or denormal a gives S = a exactly).
+// For n >= 1 the two products have the same sign (|S| <= 0.36 C) and nothing
+// cancels. P is finite for n up to 128 (single a up to 89.0, the lane bound of
+// sinhf and coshf); Q is built from min(n, 125) (double: 1021) so that it
+// stays normal, and is then far below half an ulp of P.
+template <class T> struct PairRows {
+  static constexpr bool kF = sizeof(T) == 4;
+  static constexpr int kN = kF ? 3 : 4;  // coefficients of Pc and of Ps
+  using U = typename Bits<T>::U;
+  using S = typename Bits<T>::S;
+  static constexpr T coef(int i) {
+    return kF ? (T)f32_bits(hyperbolic_tables::kPairF[i]) : (T)f64_bits(hyperbolic_tables::kPairD[i]);
+  }
+  // 1/ln2: 1.44269502 (0x3fb8aa3b); 1.4426950408889634 (0x3ff71547652b82fe).
+  Row<T> inv_ln2 = row(kF ? (T)f32_bits(0x3fb8aa3bu) : (T)kInvLn2);
+  // 1.5 * 2^23 (0x4b400000); 1.5 * 2^52 (0x4338000000000000): a/ln2 + shift
+  // rounds to an integer n held in the low bits of the pattern.
+  Row<T> shift = row(kF ? (T)f32_bits(0x4b400000u) : (T)f64_bits(0x4338000000000000ull));
+  // ln2 = hi + lo: 0.693145752 (0x3f317200) + 1.42860677e-06 (0x35bfbe8e);
+  // 0.69314718055829871 (0x3fe62e42fefa0000) + 1.6465949582897082e-12 (0x3d7cf79abc9e3b3a).
+  Row<T> ln2_hi = row(kF ? (T)f32_bits(0x3f317200u) : (T)f64_bits(0x3fe62e42fefa0000ull));
+  Row<T> ln2_lo = row(kF ? (T)f32_bits(0x35bfbe8eu) : (T)f64_bits(0x3d7cf79abc9e3b3aull));
+  Row<T> pc[4] = {row(coef(0)), row(coef(1)), row(coef(2)), row(coef(3))};
+  Row<T> ps[4] = {row(coef(4)), row(coef(5)), row(coef(6)), row(coef(7))};
+  Row<T> one = row((T)1);
+  // n = (pattern of a/ln2 + shift) - shift_bits. P's pattern: (n + bias - 1)
+  // moved to the exponent field, i.e. (pattern - p_off) << mantissa bits;
+  // Q's: (bias - 1 - min(n, q_cap)) << mantissa bits.
+  Row<S> shift_bits = row(kF ? (S)0x4b400000 : (S)0x4338000000000000ll);
+  Row<S> p_off = row(kF ? (S)(0x4b400000 - 126) : (S)(0x4338000000000000ll - 1022));
+  Row<S> q_cap = row((S)(kF ? 125 : 1021)), q_top = row((S)(kF ? 126 : 1022));
+  Row<U> sign = row((U)((U)1 << (8 * sizeof(T) - 1))), abs = row((U)(~(U)0 >> 1));
+};
+template <class T> inline constexpr PairRows<T> kPairRows{};
+
+template <class T, int L> struct PairParts {
+  Vec<T, L> dm, dp, c, s;  // P - Q, P + Q, cosh r, sinh r
+};
+
+// The parts for a = |x| (0 <= a <= 89.0; a NaN a gives NaN parts).
+template <class T, int L> RAVL_INLINE PairParts<T, L> pair_parts(Vec<T, L> a, const PairRows<T>& k) {
+  using V = Vec<T, L>;
+  using I = Vec<typename Bits<T>::S, L>;
+  constexpr int kMant = sizeof(T) == 4 ? 23 : 52;
+  constexpr int kN = PairRows<T>::kN;
+  V v = fma(a, get<V>(k.inv_ln2), get<V>(k.shift));
+  V n = v - get<V>(k.shift);
+  V r = fnma(n, get<V>(k.ln2_hi), a);
+  r = fnma(n, get<V>(k.ln2_lo), r);
+  V w = r * r;
+  V pc = get<V>(k.pc[kN - 1]), ps = get<V>(k.ps[kN - 1]);
+  for (int i = kN - 2; i >= 0; --i) {
+    pc = fma(pc, w, get<V>(k.pc[i]));
+    ps = fma(ps, w, get<V>(k.ps[i]));
+  }
+  I vi = as_int(v);
+  I ni = vi - get<I>(k.shift_bits);
+  I nq = select(ni > get<I>(k.q_cap), get<I>(k.q_cap), ni);
+  V p = as_float<V>((vi - get<I>(k.p_off)) << kMant);
+  V q = as_float<V>((get<I>(k.q_top) - nq) << kMant);
+  return {p - q, p + q, fma(w, pc, get<V>(k.one)), fma(r * w, ps, r)};
+}
+
 // The four kernels of a family from its double path Path::run<kFull, L>: the
 // double classes (full: the two-part reduction; fast: one constant) with the
 // double lane test and routine, the single classes the same paths on the
@@ -143,6 +216,18 @@ template <const auto& kRows, bool kOdd, class Path> struct Kernels {
   template <bool kFull> struct Single : BaseF {
     template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
       return via_double<L>(x, [](F64x4 v) { return Path::template run<kFull, 4>(v); });
+    }
+  };
+  // The single _native class: the pair kernel on the float lanes (the lanes
+  // above 89.0 go to the routine), sign ORed back for sinh.
+  struct SingleFast : BaseF {
+    template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
+      using V = Vec<float, L>;
+      using U = Vec<uint32_t, L>;
+      const PairRows<float>& k = rows(kPairRows<float>);
+      const PairParts<float, L> t = pair_parts<float, L>(as_float<V>(as_uint(x) & get<U>(k.abs)), k);
+      V y = kOdd ? fma(t.dm, t.c, t.dp * t.s) : fma(t.dp, t.c, t.dm * t.s);
+      return kOdd ? as_float<V>(as_uint(y) | (as_uint(x) & get<U>(k.sign))) : y;
     }
   };
 };

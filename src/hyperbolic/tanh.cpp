@@ -6,9 +6,10 @@
 // tanh(-0) = -0). It flags infinities, NaN and |x| >= 1.125 * 2^1023 for its
 // scalar routine: +-inf -> +-1, NaN -> quiet NaN, exponent field 2046 -> +-1.
 // The other members settle every lane inline (no scalar routine):
-//   tanh _native, tanhf _native   E/(E + 2), E = e^(2|x|) - 1 (expm1's fast
+//   tanh _native                  E/(E + 2), E = e^(2|x|) - 1 (expm1's fast
 //                                 double kernel), |x| clamped to 20 first;
-//   tanhf plain                   the double plain path on the widened lanes.
+//   tanhf plain, tanhf _native    sinh/cosh from one reduction (the pair
+//                                 kernel), in double and in single.
 // Special inputs give the same results in every class: +-inf -> +-1, NaN ->
 // NaN, +-0 -> +-0, |x| >= 20 -> +-1.
 //
@@ -16,6 +17,7 @@
 // them against MPFR.
 #include "exp_log/expm1_core.h"
 #include "frame/entry.h"
+#include "hyperbolic/sinh_cosh.h"
 #include "tables/hyperbolic.h"
 
 namespace ravl {
@@ -122,27 +124,41 @@ struct TanhFast : frame::Kernel {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) { return tanh_fast<L>(x); }
 };
 
-// ---- single: the double paths on the widened lanes, no scalar routine -----------
+// ---- single: the pair kernel, no scalar routine -----------------------------------
 //
-// tanhf plain: the double plain path on min(20, |x|) (a single's finite |x|
-// is far below the double flag bound; an infinity becomes 20, entry 59, and
-// gives +-1; a NaN stays NaN through t = |x| + shift).
+// tanh a = sinh a / cosh a = (Dm C + Dp S)/(Dp C + Dm S) from the pair kernel
+// (hyperbolic/sinh_cosh.h) on a = min(|x|, 10): at n = 0 the quotient is S/C,
+// so small a keeps its relative accuracy (a denormal a gives a); from 9.01
+// up tanh rounds to 1 in single, and at a = 10 the quotient is 1 - 2^-27.6
+// (rounds to 1). An infinite x becomes 10 and gives +-1; a NaN lane takes x + x
+// back by a blend. The sign of x is ORed back: tanh(-x) = -tanh(x) bit for bit.
+//   tanhf plain     the kernel on the widened lanes in double (fit 2^-44.2),
+//                   one division, rounded once to single: 0.500 ulp;
+//   tanhf _native   the kernel on the float lanes, one single division: 3.0 ulp
+//                   (near 1, where the sums of the quotient each round).
+using sinh_cosh::PairParts;
+using sinh_cosh::PairRows;
+using sinh_cosh::pair_parts;
+
+template <class T, int L> RAVL_INLINE Vec<T, L> tanh_pair(Vec<T, L> x) {
+  using V = Vec<T, L>;
+  using U = UIntOf<V>;
+  const PairRows<T>& k = rows(sinh_cosh::kPairRows<T>);
+  V a = hw_min(as_float<V>(as_uint(x) & get<U>(k.abs)), V((T)10));
+  const PairParts<T, L> t = pair_parts<T, L>(a, k);
+  V y = fma(t.dm, t.c, t.dp * t.s) / fma(t.dp, t.c, t.dm * t.s);
+  y = as_float<V>(as_uint(y) | (as_uint(x) & get<U>(k.sign)));
+  return select(is_nan(x), x + x, y);
+}
 struct TanhfFull : frame::Kernel {
   using sig = float(float);
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 v) {
-      const TanhRows& c = rows(kTanhRows);
-      F64x4 a = hw_min(get<F64x4>(c.last), as_float<F64x4>(as_uint(v) & get<U64x4>(c.abs)));
-      F64x4 y = tanh_abs<4>(a, c);
-      return as_float<F64x4>(as_uint(y) | (as_uint(v) & get<U64x4>(c.sign)));
-    });
+    return via_double<L>(x, [](F64x4 v) { return tanh_pair<double, 4>(v); });
   }
 };
 struct TanhfFast : frame::Kernel {
   using sig = float(float);
-  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 v) { return tanh_fast<4>(v); });
-  }
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) { return tanh_pair<float, L>(x); }
 };
 
 }  // namespace tanh_detail
