@@ -4,17 +4,18 @@
 // log1p family (hyperbolic/inv_hyp.h). Every member computes all lanes on a
 // branch-free vector path on a and ORs the sign of x back (asinh(-x) =
 // -asinh(x) bit for bit); below the tiny bound it returns x itself (+-0 and
-// denormals included). It flags |x| above 2^1000 (double) and infinities and
-// NaN for the scalar routine every class of a precision shares:
+// denormals included). It flags |x| above 2^1000 (double) or from 2^126
+// (single), infinities and NaN for the scalar routine every class of a
+// precision shares:
 //   NaN -> quiet NaN, +-inf -> +-inf, |x| > 2^1000 -> +-ln(2|x|).
 //
 // Classes and measured max errors (tests/accuracy_test.cpp against MPFR; the
 // test asserts the bounds kept in its table, kBounds):
 //   asinh   plain     full   0.5007 ulp (x = 0x1.24836524d6217p+28): w as a double-double, ln full
 //   asinh   _native   fast   2.543 ulp (x = 0x1.ffdaef14ded94p-12): the same w, the fast ln
-//   asinhf  plain     full   the argument in double on the widened lanes, the fast ln (its 2^-51
-//   asinhf  _native   fast   relative error is far below a single's last place), rounded once: one algorithm,
-//                           0.500 ulp (sampled every single of the ranges in kRanges)
+//   asinhf  plain     full   all in single: w as u + d0, the single ln carrying d0, the series
+//   asinhf  _native   fast   below 2^-5: one algorithm, 0.6422 ulp (x = 0x1.4edc14p-5; 1.5e7 samples,
+//                           uniform and by bit pattern)
 #include "hyperbolic/inv_hyp.h"
 
 namespace ravl {
@@ -34,6 +35,13 @@ using namespace inv_hyp;
 // From a = 2^28 up, w = 2a (s = a, sl = 0: the dropped 1/(2a) is below 2^-58 w).
 // Near a = 0, w - 1 = a + a^2/2 + ... keeps an absolute error near 2^-104, below
 // 2^-77 relative to w - 1 for a >= 2^-27; below 2^-27 the result is x.
+// The single series below 2^-5 (0x3d000000): the Taylor coefficients rounded to single.
+constexpr float kSeriesF = 0x1p-5f;
+constexpr float kS3f = f32_bits(0xbe2aaaabu);  // -1/6 = -0.166666672
+constexpr float kS5f = f32_bits(0x3d99999au);  // 3/40 = 0.0750000030
+constexpr float kS7f = f32_bits(0xbd36db6eu);  // -15/336 = -0.0446428582
+constexpr float kS9f = f32_bits(0x3cf8e38eu);  // 105/3456 = 0.0303819440
+
 template <class Ln> struct Asinh : frame::Kernel {
   using sig = double(double);
   static constexpr bool has_callout = true;
@@ -67,17 +75,40 @@ template <class Ln> struct Asinh : frame::Kernel {
     return kStatusOk;
   }
 
-  // ---- single: w = a + sqrt(a^2 + 1) in double -------------------------------------
-  // a^2 is exact, 1 + a^2, its square root and the sum round once each: w
-  // within 1.5 * 2^-53 absolute (near 1) or relative; below 2^-12 the result is x.
-  template <class LnF> static RAVL_INLINE F64x4 fvec(F64x4 x) {
-    F64x4 a = abs_of(x);
-    F64x4 w = a + sqrt_hw(fma(a, a, F64x4(1.0)));
-    return odd_result(x, a, LnF::ln(w, F64x4(0.0)), kTinyF);
+  // ---- single, all in single: w = a + sqrt(a^2 + 1) as u + d0 -----------------------
+  //   p + pe = a^2                 exact (product and its fused error);
+  //   q + ql = 1 + p               Fast2Sum of the larger and smaller of 1 and p, + pe;
+  //   s + sl = sqrt(q + ql)        sqrt_dd;
+  //   u + ue = s + a               Fast2Sum (s > a); d0 = ue + sl;
+  // asinh a = ln(u + d0) (ln_carry). From a = 2^12 up, u = 2a and d0 = 0 (kBigF).
+  // Below 2^-5 the odd series a - a^3/6 + 3a^5/40 - 15a^7/336 + 105a^9/3456
+  // (remainder below 2^-55 a) is taken instead: it gives a itself for tiny and
+  // denormal a, and near 0 the carried roundings of u would weigh on a small
+  // result. The sign of x is ORed back.
+  template <int L> static RAVL_INLINE Vec<float, L> svec(Vec<float, L> x) {
+    using V = Vec<float, L>;
+    V a = abs_of(x);
+    V one(1.0f);
+    V p = a * a;
+    V pe = fms(a, a, p);
+    V q = one + p;
+    V ql = ((hw_max(p, one) - q) + hw_min(p, one)) + pe;
+    V s, sl;
+    sqrt_dd(q, ql, s, sl);
+    auto big = a >= V(kBigF);
+    V u = s + a;
+    V d0 = (a - (u - s)) + sl;
+    u = select(big, a + a, u);
+    d0 = select(big, V(0.0f), d0);
+    V y = ln_carry(u, d0);
+    V a2 = a * a;
+    V t = fma(fma(fma(V(kS9f), a2, V(kS7f)), a2, V(kS5f)), a2, V(kS3f));
+    y = select(a < V(kSeriesF), fma(a * a2, t, a), y);
+    return with_sign(x, y);
   }
-  // Infinities and NaN.
+  // Infinities, NaN and |x| >= 2^126.
   template <int L> static RAVL_INLINE Mask<float, L> fspecial(Vec<float, L> x) {
-    return bitcast<Vec<int32_t, L>>(as_uint(x) & Vec<uint32_t, L>(0x7fffffffu)) > Vec<int32_t, L>(0x7f7fffff);
+    return ~(abs_of(x) < Vec<float, L>(kHugeF));
   }
 };
 
@@ -88,8 +119,8 @@ using full = asinh_detail::Asinh<inv_hyp::LnFull>;
 using fast = asinh_detail::Asinh<inv_hyp::LnFast>;
 }  // namespace asinh_k
 namespace asinhf_k {
-using full = inv_hyp::Single<asinh_detail::Asinh<inv_hyp::LnFull>, inv_hyp::LnFast>;
-using fast = inv_hyp::Single<asinh_detail::Asinh<inv_hyp::LnFull>, inv_hyp::LnFast>;
+using full = inv_hyp::Single<asinh_detail::Asinh<inv_hyp::LnFull>>;
+using fast = full;
 }  // namespace asinhf_k
 
 }  // namespace ravl

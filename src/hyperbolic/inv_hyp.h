@@ -13,6 +13,7 @@
 #pragma once
 
 #include "exp_log/log1p_core.h"
+#include "exp_log/log_core.h"
 #include "frame/entry.h"
 
 namespace ravl {
@@ -46,8 +47,6 @@ constexpr double kBig = f64_bits(0x41b0000000000000ull);
 // a + a^3/3 round to a (a^2/3 < 2^-54 is below half an ulp), denormals
 // included; the double paths return x there.
 constexpr double kTiny = f64_bits(0x3e40000000000000ull);
-// 2^-12 (0x3f30000000000000): the same bound for the singles (a^2/3 < 2^-25).
-constexpr double kTinyF = f64_bits(0x3f30000000000000ull);
 // The smallest normal, 0x0010000000000000: a floor for the divisor 2 s_hi
 // of the square root's correction (s_hi = 0 at acosh(1)).
 constexpr double kMinNormal = f64_bits(0x0010000000000000ull);
@@ -55,20 +54,22 @@ constexpr double kMinNormal = f64_bits(0x0010000000000000ull);
 // ---- double-double steps ----------------------------------------------------------
 
 // (u, c) with u = RN(h + l) and u + c = h + l exactly (Fast2Sum, |h| >= |l| or h = 0).
-template <int L> RAVL_INLINE void fast2sum(VD<L> h, VD<L> l, VD<L>& u, VD<L>& c) {
+template <class V> RAVL_INLINE void fast2sum(V h, V l, V& u, V& c) {
   u = h + l;
   c = l - (u - h);
 }
 
-// s_hi + s_lo = sqrt(q_hi + q_lo) for |q_lo| <= 2^-52 q_hi: s_hi = RN(sqrt(q_hi)),
-// then one Newton step on the exact residual q_hi - s_hi^2 (one fused op) plus
-// q_lo, s_lo = residual / (2 s_hi): relative error below 2^-104 + (2^-51)^2/8.
-// q = 0 gives s_hi = s_lo = 0.
-template <int L> RAVL_INLINE void sqrt_dd(VD<L> qh, VD<L> ql, VD<L>& sh, VD<L>& sl) {
-  using V = VD<L>;
+// s_hi + s_lo = sqrt(q_hi + q_lo) for |q_lo| <= 2^-52 q_hi (single: 2^-23): s_hi =
+// RN(sqrt(q_hi)), then one Newton step on the exact residual q_hi - s_hi^2 (one
+// fused op) plus q_lo, s_lo = residual / (2 s_hi): relative error below
+// 2^-104 + (2^-51)^2/8 (single: 2^-46 + (2^-22)^2/8). q = 0 gives s_hi = s_lo = 0
+// (the divisor's floor is the smallest normal of the lane type, 0x0010000000000000
+// or 0x00800000).
+template <class V> RAVL_INLINE void sqrt_dd(V qh, V ql, V& sh, V& sl) {
+  using T = LaneOf<V>;
   sh = sqrt_hw(qh);
   V e = ql - fms(sh, sh, qh);
-  sl = e / hw_max(sh + sh, V(kMinNormal));
+  sl = e / hw_max(sh + sh, V(sizeof(T) == 4 ? (T)0x1p-126f : (T)kMinNormal));
 }
 
 // ln(2a) for a above 2^1000 (the full class): ln(2a 2^-512) + 512 ln2 through
@@ -94,16 +95,38 @@ template <int L> RAVL_INLINE Mask<double, L> abs_above_huge(VD<L> x) {
   return bitcast<ID<L>>(as_uint(x) & UD<L>(kAbs)) > ID<L>((int64_t)bits_of(kHuge));
 }
 
-// A single family's kernel from its double kernel D: the vector path on the
-// widened lanes (D::fvec), the lane test of the singles (D::fspecial) and the
-// double scalar routine on the widened lane.
-template <class D, class Ln> struct Single : frame::Kernel {
+// ---- single lanes, all in single ---------------------------------------------------
+
+// 2^12 (0x45800000): from here w = 2a is taken (the dropped 1/(2a) is below
+// 2^-25 of w, and ln(2a) within 1/(4a^2) < 2^-26, under 2^-29 of the result).
+constexpr float kBigF = 0x1p12f;
+// 2^126 (0x7e800000): from here 2a overflows; those lanes take the routine.
+constexpr float kHugeF = 0x1p126f;
+
+// ln(u + d0), u a positive normal single below 2^127 and |d0| within a few
+// ulps of u: the log family's single kernel with d0 carried into its reduced
+// argument (exp_log/log_core.h).
+template <int L> RAVL_INLINE Vec<float, L> ln_carry(Vec<float, L> u, Vec<float, L> d0) {
+  return log_core::ln_single<log_core::BaseE, true>(u, d0);
+}
+// y with the sign bit of x ORed in (y >= 0).
+template <int L> RAVL_INLINE Vec<float, L> with_sign(Vec<float, L> x, Vec<float, L> y) {
+  return as_float<Vec<float, L>>(as_uint(y) | (as_uint(x) & Vec<uint32_t, L>(0x80000000u)));
+}
+template <int L> RAVL_INLINE Vec<float, L> abs_of(Vec<float, L> x) {
+  return as_float<Vec<float, L>>(as_uint(x) & Vec<uint32_t, L>(0x7fffffffu));
+}
+
+// A single family's kernel from its double kernel D: the vector path in
+// single (D::svec), the lane test of the singles (D::fspecial) and the double
+// scalar routine on the widened lane.
+template <class D> struct Single : frame::Kernel {
   using sig = float(float);
   static constexpr bool has_callout = true;
   static constexpr bool has_width3_fill = D::has_width3_fill;
   static constexpr double width3_fill = D::width3_fill;
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 v) { return D::template fvec<Ln>(v); });
+    return D::template svec<L>(x);
   }
   template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> x, Vec<float, L>) {
     return D::fspecial(x);
