@@ -36,6 +36,24 @@ using namespace inv_hyp;
 //   u + c = wh + wl                   Fast2Sum.
 // From x = 2^28 up, w = 2x (the dropped -1/(2x) is below 2^-58 w). Near x = 1,
 // w - 1 = t + sqrt(2t + t^2) >= 2^-26 keeps an absolute error near 2^-104.
+// wh + wl (both precisions), from `big` up w = 2x.
+template <class V> RAVL_INLINE void acosh_w(V x, LaneOf<V> big, V& wh, V& wl) {
+  V one(1.0);
+  V p = x * x;
+  V pl = fms(x, x, p);
+  V q0 = p - one;
+  V ql0 = ((p - q0) - one) + pl;
+  V q, ql;
+  fast2sum(q0, ql0, q, ql);
+  V s, sl;
+  sqrt_dd(q, ql, s, sl);
+  auto m = x > V(big);
+  s = select(m, x, s);
+  sl = select(m, V(0.0), sl);
+  wh = x + s;
+  wl = (s - (wh - x)) + sl;
+}
+
 template <class Ln> struct Acosh : frame::Kernel {
   using sig = double(double);
   static constexpr bool has_callout = true;
@@ -43,22 +61,8 @@ template <class Ln> struct Acosh : frame::Kernel {
   static constexpr double width3_fill = 1.0;
 
   template <int L> static RAVL_INLINE VD<L> vec(VD<L> x) {
-    using V = VD<L>;
-    V one(1.0);
-    V p = x * x;
-    V pl = fms(x, x, p);
-    V q0 = p - one;
-    V ql0 = ((p - q0) - one) + pl;
-    V q, ql;
-    fast2sum(q0, ql0, q, ql);
-    V s, sl;
-    sqrt_dd(q, ql, s, sl);
-    auto big = x > V(kBig);
-    s = select(big, x, s);
-    sl = select(big, V(0.0), sl);
-    V wh = x + s;
-    V wl = (s - (wh - x)) + sl;
-    V u, c;
+    VD<L> wh, wl, u, c;
+    acosh_w(x, kBig, wh, wl);
     fast2sum(wh, wl, u, c);
     return Ln::ln(u, c);
   }
@@ -78,30 +82,13 @@ template <class Ln> struct Acosh : frame::Kernel {
     return kStatusOk;
   }
 
-  // ---- single, all in single: w = a + sqrt(a^2 - 1) as u + d0 -----------------------
-  //   t = a - 1                    exact below 2^12 (1 is a multiple of ulp(a));
-  //   h + hl = a + 1               Fast2Sum (a >= 1);
-  //   q + ql = t (h + hl)          q = RN(t h), ql = its fused error + t hl;
-  //   s + sl = sqrt(q + ql)        sqrt_dd (s = sl = 0 at a = 1);
-  //   u + ue = a + s               Fast2Sum (a >= s); d0 = ue + sl;
-  // acosh a = ln(u + d0) (ln_carry), +0 at a = 1; near 1 the result, about
-  // sqrt(2t), keeps its relative accuracy as s and sl do. From a = 2^12 up,
-  // u = 2a and d0 = 0 (kBigF).
+  // ---- single: the same w in single, as u + d0 ----------------------------------------
+  // acosh_w on the single lanes (wh + wl within about 2^-46 relative; near 1,
+  // q = 2t + t^2 exactly as in double), w = 2x from 2^12 up (kBigF), then
+  // ln(wh + wl) through the single kernel carrying wl (ln_carry); acosh(1) = +0.
   template <int L> static RAVL_INLINE Vec<float, L> svec(Vec<float, L> x) {
-    using V = Vec<float, L>;
-    V one(1.0f);
-    V t = x - one;
-    V h = x + one;
-    V hl = one - (h - x);
-    V q = t * h;
-    V ql = fma(t, hl, fms(t, h, q));
-    V s, sl;
-    sqrt_dd(q, ql, s, sl);
-    auto big = x >= V(kBigF);
-    V u = x + s;
-    V d0 = (s - (u - x)) + sl;
-    u = select(big, x + x, u);
-    d0 = select(big, V(0.0f), d0);
+    Vec<float, L> u, d0;
+    acosh_w(x, kBigF, u, d0);
     return ln_carry(u, d0);
   }
   // Not 1 <= x < 2^126 (NaN included).

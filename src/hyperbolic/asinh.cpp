@@ -42,26 +42,29 @@ constexpr float kS5f = f32_bits(0x3d99999au);  // 3/40 = 0.0750000030
 constexpr float kS7f = f32_bits(0xbd36db6eu);  // -15/336 = -0.0446428582
 constexpr float kS9f = f32_bits(0x3cf8e38eu);  // 105/3456 = 0.0303819440
 
+// wh + wl (both precisions), from `big` up w = 2a.
+template <class V> RAVL_INLINE void asinh_w(V a, LaneOf<V> big, V& wh, V& wl) {
+  V one(1.0);
+  V p = a * a;
+  V pl = fms(a, a, p);
+  V q = one + p;
+  V ql = ((hw_max(p, one) - q) + hw_min(p, one)) + pl;
+  V s, sl;
+  sqrt_dd(q, ql, s, sl);
+  auto m = a > V(big);
+  s = select(m, a, s);
+  sl = select(m, V(0.0), sl);
+  wh = s + a;
+  wl = (a - (wh - s)) + sl;
+}
+
 template <class Ln> struct Asinh : frame::Kernel {
   using sig = double(double);
   static constexpr bool has_callout = true;
 
   template <int L> static RAVL_INLINE VD<L> vec(VD<L> x) {
-    using V = VD<L>;
-    V a = abs_of(x);
-    V one(1.0);
-    V p = a * a;
-    V pl = fms(a, a, p);
-    V q = one + p;
-    V ql = ((hw_max(p, one) - q) + hw_min(p, one)) + pl;
-    V s, sl;
-    sqrt_dd(q, ql, s, sl);
-    auto big = a > V(kBig);
-    s = select(big, a, s);
-    sl = select(big, V(0.0), sl);
-    V wh = s + a;
-    V wl = (a - (wh - s)) + sl;
-    V u, c;
+    VD<L> a = abs_of(x), wh, wl, u, c;
+    asinh_w(a, kBig, wh, wl);
     fast2sum(wh, wl, u, c);
     return odd_result(x, a, Ln::ln(u, c), kTiny);
   }
@@ -75,31 +78,17 @@ template <class Ln> struct Asinh : frame::Kernel {
     return kStatusOk;
   }
 
-  // ---- single, all in single: w = a + sqrt(a^2 + 1) as u + d0 -----------------------
-  //   p + pe = a^2                 exact (product and its fused error);
-  //   q + ql = 1 + p               Fast2Sum of the larger and smaller of 1 and p, + pe;
-  //   s + sl = sqrt(q + ql)        sqrt_dd;
-  //   u + ue = s + a               Fast2Sum (s > a); d0 = ue + sl;
-  // asinh a = ln(u + d0) (ln_carry). From a = 2^12 up, u = 2a and d0 = 0 (kBigF).
-  // Below 2^-5 the odd series a - a^3/6 + 3a^5/40 - 15a^7/336 + 105a^9/3456
-  // (remainder below 2^-55 a) is taken instead: it gives a itself for tiny and
-  // denormal a, and near 0 the carried roundings of u would weigh on a small
-  // result. The sign of x is ORed back.
+  // ---- single: the same w in single, as u + d0 ----------------------------------------
+  // asinh_w on the single lanes (wh + wl within about 2^-46 relative), w = 2a
+  // from 2^12 up (kBigF), then ln(wh + wl) through the single kernel carrying
+  // wl (ln_carry). Below 2^-5 the odd series a - a^3/6 + 3a^5/40 - 15a^7/336 +
+  // 105a^9/3456 (remainder below 2^-55 a) is taken instead: it gives a itself
+  // for tiny and denormal a, and near 0 the carried roundings of w would weigh
+  // on a small result. The sign of x is ORed back.
   template <int L> static RAVL_INLINE Vec<float, L> svec(Vec<float, L> x) {
     using V = Vec<float, L>;
-    V a = abs_of(x);
-    V one(1.0f);
-    V p = a * a;
-    V pe = fms(a, a, p);
-    V q = one + p;
-    V ql = ((hw_max(p, one) - q) + hw_min(p, one)) + pe;
-    V s, sl;
-    sqrt_dd(q, ql, s, sl);
-    auto big = a >= V(kBigF);
-    V u = s + a;
-    V d0 = (a - (u - s)) + sl;
-    u = select(big, a + a, u);
-    d0 = select(big, V(0.0f), d0);
+    V a = abs_of(x), u, d0;
+    asinh_w(a, kBigF, u, d0);
     V y = ln_carry(u, d0);
     V a2 = a * a;
     V t = fma(fma(fma(V(kS9f), a2, V(kS7f)), a2, V(kS5f)), a2, V(kS3f));
