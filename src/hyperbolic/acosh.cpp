@@ -45,13 +45,7 @@ template <class V> RAVL_INLINE void acosh_w(V x, LaneOf<V> big, V& wh, V& wl) {
   V ql0 = ((p - q0) - one) + pl;
   V q, ql;
   fast2sum(q0, ql0, q, ql);
-  V s, sl;
-  sqrt_dd(q, ql, s, sl);
-  auto m = x > V(big);
-  s = select(m, x, s);
-  sl = select(m, V(0.0), sl);
-  wh = x + s;
-  wl = (s - (wh - x)) + sl;
+  plus_sqrt<false>(x, q, ql, big, wh, wl);
 }
 
 template <class Ln> struct Acosh : frame::Kernel {

@@ -49,13 +49,7 @@ template <class V> RAVL_INLINE void asinh_w(V a, LaneOf<V> big, V& wh, V& wl) {
   V pl = fms(a, a, p);
   V q = one + p;
   V ql = ((hw_max(p, one) - q) + hw_min(p, one)) + pl;
-  V s, sl;
-  sqrt_dd(q, ql, s, sl);
-  auto m = a > V(big);
-  s = select(m, a, s);
-  sl = select(m, V(0.0), sl);
-  wh = s + a;
-  wl = (a - (wh - s)) + sl;
+  plus_sqrt<true>(a, q, ql, big, wh, wl);
 }
 
 template <class Ln> struct Asinh : frame::Kernel {

@@ -72,6 +72,19 @@ template <class V> RAVL_INLINE void sqrt_dd(V qh, V ql, V& sh, V& sl) {
   sl = e / hw_max(sh + sh, V(sizeof(T) == 4 ? (T)0x1p-126f : (T)kMinNormal));
 }
 
+// wh + wl = a + sqrt(q + ql) for a >= 0 (sqrt_dd, then Fast2Sum with the
+// larger term first: the root when kRootLarger, else a), and 2a + 0 where a
+// exceeds `big`.
+template <bool kRootLarger, class V> RAVL_INLINE void plus_sqrt(V a, V q, V ql, LaneOf<V> big, V& wh, V& wl) {
+  V s, sl;
+  sqrt_dd(q, ql, s, sl);
+  auto m = a > V(big);
+  s = select(m, a, s);
+  sl = select(m, V(0.0), sl);
+  wh = s + a;
+  wl = (kRootLarger ? a - (wh - s) : s - (wh - a)) + sl;
+}
+
 // ln(2a) for a above 2^1000 (the full class): ln(2a 2^-512) + 512 ln2 through
 // the log1p reduction with its exponent moved (2a 2^-512 = a 2^-511 is exact).
 RAVL_INLINE double ln_twice_huge(double a) {
