@@ -204,15 +204,14 @@ RAVL_INLINE F64x4 tgamma_vec4(F64x4 x) {
 // ln Gamma(z) and P (to p) for single x in (0, 2^1000], z and P as above.
 RAVL_INLINE F64x4 lgamma_plain(F64x4 x, F64x4& p, const pow_core::FastRows& c) {
   using V = F64x4;
-  const auto m0 = x < V(kShiftTo);
-  p = select(m0, x, V(1.0));
-  V n = select(m0, V(1.0), V(0.0));
+  p = select(x < V(kShiftTo), x, V(1.0));
   for (int k = 1; k < 8; ++k) {
     const V f = x + V((double)k);
-    const auto mk = f < V(kShiftTo);
-    p = p * select(mk, f, V(1.0));
-    n = select(mk, V((double)(k + 1)), n);
+    p = p * select(f < V(kShiftTo), f, V(1.0));
   }
+  // n = the number of k in 0..7 with x + k < 8 (the sums are exact for a
+  // single x) = ceil(8 - x) for 0 < x < 8, and 0 from 8 up.
+  const V n = hw_max(round_imm<_MM_FROUND_TO_POS_INF | _MM_FROUND_NO_EXC>(V(kShiftTo) - x), V(0.0));
   const V z = x + n;
   const V r = V(1.0) / z;
   const V w = r * r;
