@@ -34,6 +34,7 @@
 #else
 #include <dlfcn.h>
 #include <time.h>
+#include <unistd.h>
 #endif
 
 #include "ocl_ravl_l9.h"
@@ -430,6 +431,18 @@ int main(int argc, char** argv) {
   const char* so = getenv("RAVL_SO");  // another build of the library, for A/B runs
   if (!so) so = RAVL_SO_PATH;
   void* lib = dlopen(so, RTLD_NOW | RTLD_LOCAL);
+  // Installed (bin/ravl_bench): the library of the same prefix, ../lib.
+  char installed[4096];
+  ssize_t n = readlink("/proc/self/exe", installed, sizeof installed - 32);
+  if (!lib && !getenv("RAVL_SO") && n > 0) {
+    installed[n] = 0;
+    char* slash = strrchr(installed, '/');
+    if (slash) {
+      strcpy(slash, "/../lib/libocl_ravl_l9.so");
+      so = installed;
+      lib = dlopen(so, RTLD_NOW | RTLD_LOCAL);
+    }
+  }
   sleef = dlopen("libsleef.so.3", RTLD_NOW | RTLD_LOCAL);
   if (!lib || !sleef) {
     fprintf(stderr, "cannot load %s or SLEEF\n", so);
