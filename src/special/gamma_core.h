@@ -107,14 +107,18 @@ template <class V> struct Shifted {
 // z, P and log2 Gamma(z) for x in [2^-1000, 2^1000] (other lanes: garbage).
 template <class V> RAVL_INLINE Shifted<V> shifted(V x) {
   const auto m0 = x < V(kShiftTo);
-  Dd<V> p{pick(m0, x, V(1.0)), V(0.0)};
+  Dd<V> f[8];
+  f[0] = {pick(m0, x, V(1.0)), V(0.0)};
   V n = pick(m0, V(1.0), V(0.0));
   for (int k = 1; k < 8; ++k) {
-    const Dd<V> f = two_sum(x, V((double)k));  // x + k exactly
-    const auto mk = f.hi < V(kShiftTo);
-    p = mul(p, Dd<V>{pick(mk, f.hi, V(1.0)), pick(mk, f.lo, V(0.0))});
+    const Dd<V> s = two_sum(x, V((double)k));  // x + k exactly
+    const auto mk = s.hi < V(kShiftTo);
+    f[k] = {pick(mk, s.hi, V(1.0)), pick(mk, s.lo, V(0.0))};
     n = pick(mk, V((double)(k + 1)), n);
   }
+  // The product as a tree of three levels (the factors are independent), so
+  // that its latency is three double-word products rather than seven.
+  const Dd<V> p = mul(mul(mul(f[0], f[1]), mul(f[2], f[3])), mul(mul(f[4], f[5]), mul(f[6], f[7])));
   const Dd<V> z = two_sum(x, n);
   // Stirling in base 2 on z = zh + zl (zh >= 8 up to a rounding).
   const V r = V(1.0) / z.hi;
