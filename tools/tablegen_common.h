@@ -127,6 +127,17 @@ inline double round_lane(mpfr_t v, bool single) {
   return single ? (double)mpfr_get_flt(v, MPFR_RNDN) : mpfr_get_d(v, MPFR_RNDN);
 }
 
+// x = the k-th of the m Chebyshev nodes of [0, wmax]: (cos((2k + 1) pi/(2m)) + 1) wmax/2.
+inline void cheb_node(mpfr_t x, int k, int m, double wmax) {
+  M u;
+  mpfr_const_pi(u, MPFR_RNDN);
+  mpfr_mul_si(u, u, 2 * k + 1, MPFR_RNDN);
+  mpfr_div_si(u, u, 2 * m, MPFR_RNDN);
+  mpfr_cos(u, u, MPFR_RNDN);
+  mpfr_add_ui(u, u, 1, MPFR_RNDN);
+  mpfr_mul_d(x, u, wmax / 2, MPFR_RNDN);
+}
+
 // The n coefficients of p(w) ~ g(w) on [0, wmax], lowest power first, from
 // the interpolant at the Chebyshev nodes of that interval (near-minimax in
 // w), each rounded to the lane type. g(out, w) sets out = g(w). first0: the
@@ -138,13 +149,8 @@ void cheb_fit_w(G g, int n, double wmax, bool single, double* coef, const double
   const int j = first0 ? 1 : 0, m = n - j;
   M a[kMax][kMax], b[kMax];
   for (int k = 0; k < m; ++k) {
-    M x, u;
-    mpfr_const_pi(u, MPFR_RNDN);
-    mpfr_mul_si(u, u, 2 * k + 1, MPFR_RNDN);
-    mpfr_div_si(u, u, 2 * m, MPFR_RNDN);
-    mpfr_cos(u, u, MPFR_RNDN);
-    mpfr_add_ui(u, u, 1, MPFR_RNDN);
-    mpfr_mul_d(x, u, wmax / 2, MPFR_RNDN);
+    M x;
+    cheb_node(x, k, m, wmax);
     g(b[k], x);
     if (j) {
       mpfr_sub_d(b[k], b[k], *first0, MPFR_RNDN);

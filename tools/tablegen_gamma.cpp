@@ -61,12 +61,7 @@ void fit_stirling(double* c, double* c0_lo) {
   std::vector<M> a(n * (n + 1));
   M w, t;
   for (int k = 0; k < n; ++k) {
-    mpfr_const_pi(t, MPFR_RNDN);
-    mpfr_mul_ui(t, t, 2 * k + 1, MPFR_RNDN);
-    mpfr_div_ui(t, t, 2 * n, MPFR_RNDN);
-    mpfr_cos(t, t, MPFR_RNDN);
-    mpfr_add_ui(t, t, 1, MPFR_RNDN);
-    mpfr_mul_d(w, t, kWMax / 2, MPFR_RNDN);
+    cheb_node(w, k, n, kWMax);
     mpfr_set_ui(t, 1, MPFR_RNDN);
     for (int j = 0; j < n; ++j) {
       mpfr_set(a[k * (n + 1) + j], t, MPFR_RNDN);
