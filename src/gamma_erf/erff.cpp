@@ -13,7 +13,7 @@
 // tests/accuracy_rows.cpp, kBounds, keeps and asserts them):
 //   erff  plain     degree 6 (kErf6)   0.5007 ulp (worst x = 0x1.c11efp-96)
 //   erff  _native   degree 4 (kErf4)   3.661 ulp (worst x = 0x1.c547f8p-101)
-#include "special/erf_core.h"
+#include "gamma_erf/erf_core.h"
 
 namespace ravl {
 namespace erff_detail {

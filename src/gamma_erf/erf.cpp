@@ -12,7 +12,7 @@
 // kBounds, keeps and asserts them):
 //   erf  plain     degree 11 (kErf11)   0.692 ulp (worst x = -0x1.baeb8f8a26a8p-5)
 //   erf  _native   degree 7  (kErf7)    5927 ulp (worst x = 2)
-#include "special/erf_core.h"
+#include "gamma_erf/erf_core.h"
 
 namespace ravl {
 namespace erf_detail {

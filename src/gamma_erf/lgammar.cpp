@@ -3,12 +3,12 @@
 // result in the vector registers, the sign (+1 or -1 as 32-bit integer lanes)
 // through the pointer.
 //
-// The first result is lgamma's, bit for bit (special/gamma_core.h: the same
+// The first result is lgamma's, bit for bit (gamma_erf/gamma_core.h: the same
 // vector path, lane test and scalar routine). The vector path serves positive
 // x only, whose sign is +1; the scalar routine gives the others: (-1)^floor(x)
 // for non-integer x < 0, -1 for -0, and +1 for +0, the negative integers (a
 // pole: C leaves the sign unspecified, ours is +1), +-inf and NaN.
-#include "special/gamma_core.h"
+#include "gamma_erf/gamma_core.h"
 
 namespace ravl {
 namespace lgammar_detail {

@@ -11,7 +11,7 @@
 // tests/accuracy_rows.cpp, kBounds, keeps and asserts them):
 //   erfcf  plain     degree 6 (kErfc6), e^r to degree 4   0.500 ulp
 //   erfcf  _native   degree 4 (kErfc4), e^r to degree 3   1.327 ulp (worst x = 0x1.b52916p-4)
-#include "special/erf_core.h"
+#include "gamma_erf/erf_core.h"
 
 namespace ravl {
 namespace erfcf_detail {

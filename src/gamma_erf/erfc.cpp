@@ -16,7 +16,7 @@
 //                   0x1.a8ca24cb6ce5ep+4, a denormal result; 0.7388 on normal ones)
 //   erfc  _native   degree 7  (kErfc7), e^r to degree 4    9387 ulp (worst x =
 //                   0x1.100dbc2aeaabfp+4)
-#include "special/erf_core.h"
+#include "gamma_erf/erf_core.h"
 
 namespace ravl {
 namespace erfc_detail {

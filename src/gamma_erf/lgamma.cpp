@@ -2,7 +2,7 @@
 // lgammaf), plain class only.
 //
 // Every member computes all lanes on the branch-free vector path of
-// special/gamma_core.h (Stirling's series after a shift of x to [8, 9) by a
+// gamma_erf/gamma_core.h (Stirling's series after a shift of x to [8, 9) by a
 // double-word product, in double-word arithmetic with pow_core's accurate
 // logarithm), which serves x in [2^-1000, 2^1000] away from the zeros at 1
 // and 2; the other lanes (|x - 1| or |x - 2| below 1/16, negative x, zeros,
@@ -18,7 +18,7 @@
 //   lgamma  0.87 ulp over the sampled ranges, 1.08 over the doubles nearest each
 //           negative zero of ln |Gamma| (the polynomials about them); bound 4
 //   lgammaf 0.5 ulp (the double path's error is far below a single ulp)
-#include "special/gamma_core.h"
+#include "gamma_erf/gamma_core.h"
 
 namespace ravl {
 namespace lgamma_detail {

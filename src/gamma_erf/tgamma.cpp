@@ -2,7 +2,7 @@
 // tgammaf), plain class only.
 //
 // Every member computes all lanes on the branch-free vector path of
-// special/gamma_core.h: 2^(log2 Gamma(z)) / P with z = x + n >= 8, the
+// gamma_erf/gamma_core.h: 2^(log2 Gamma(z)) / P with z = x + n >= 8, the
 // exponent a double-word Stirling sum (pow_core's accurate logarithm and
 // power of two), P the double-word product x (x + 1) ... (x + n - 1); it
 // serves x in [2^-1000, 171.6]. The other lanes go to the scalar routine:
@@ -20,7 +20,7 @@
 // Measured max errors (against MPFR; tests/accuracy_rows.cpp keeps the asserted bounds):
 //   tgamma  0.73 ulp (denormal results near -170.7), 0.51 elsewhere; bound 2
 //   tgammaf 0.74 ulp (exp_fast's chord, 1.4e-8 relative, before the rounding)
-#include "special/gamma_core.h"
+#include "gamma_erf/gamma_core.h"
 
 namespace ravl {
 namespace tgamma_detail {
