@@ -81,7 +81,7 @@ template <class Ln> struct Asinh : frame::Kernel {
   // on a small result. The sign of x is ORed back.
   template <int L> static RAVL_INLINE Vec<float, L> svec(Vec<float, L> x) {
     using V = Vec<float, L>;
-    V a = abs_of(x), u, d0;
+    V a = abs(x), u, d0;
     asinh_w(a, kBigF, u, d0);
     V y = ln_carry(u, d0);
     V a2 = a * a;
@@ -91,7 +91,7 @@ template <class Ln> struct Asinh : frame::Kernel {
   }
   // Infinities, NaN and |x| >= 2^126.
   template <int L> static RAVL_INLINE Mask<float, L> fspecial(Vec<float, L> x) {
-    return ~(abs_of(x) < Vec<float, L>(kHugeF));
+    return ~(abs(x) < Vec<float, L>(kHugeF));
   }
 };
 

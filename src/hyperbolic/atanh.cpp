@@ -21,6 +21,14 @@ namespace atanh_detail {
 
 using namespace inv_hyp;
 
+// The single path's series below 2^-5 (0x3d000000): the Taylor coefficients
+// 1/3, ..., 1/9 rounded to single.
+constexpr float kSmallF = 0x1p-5f;
+constexpr float kT3f = f32_bits(0x3eaaaaabu);           // 1/3 = 0.333333343
+constexpr float kT5f = f32_bits(0x3e4ccccdu);           // 1/5 = 0.200000003
+constexpr float kT7f = f32_bits(0x3e124925u);           // 1/7 = 0.142857149
+constexpr float kT9f = f32_bits(0x3de38e39u);           // 1/9 = 0.111111112
+
 // ---- double ---------------------------------------------------------------------
 //
 // w = (1 + a)/(1 - a) as u + c:
@@ -78,47 +86,37 @@ template <class Ln> struct Atanh : frame::Kernel {
     return kStatusOk;
   }
 
+  // ---- single: w = (1 + a)/(1 - a) in single, as u + d0 ----------------------------
+  //
+  //   nh + nl = 1 + a, dh + dl = 1 - a   Fast2Sum each (exact);
+  //   u = RN(nh/dh), e = nh - u dh       e exact (fused);
+  //   d0 = (e + nl - u dl)/dh            u + d0 = w within about 2^-46 relative;
+  // atanh a = ln(u + d0)/2 with the log family's single kernel carrying d0
+  // (exp_log/log_core.h, as log1pf carries the rounding of 1 + x). Below a =
+  // 2^-5 the series a + a^3/3 + ... + a^9/9 (remainder a^11/11 < 2^-53 a) is
+  // blended in instead: there u is within a few ulps of 1 and the rounding of
+  // 1 + a and d0 nearly cancel (1 ulp near a = 2^-24 without it). Zeros and
+  // denormals give a exactly. Lanes with |x| >= 1 or NaN take the double routine.
+  template <int L> static RAVL_INLINE Vec<float, L> svec(Vec<float, L> x) {
+    using V = Vec<float, L>;
+    V one(1.0f);
+    V a = abs(x);
+    V nh = one + a;
+    V nl = (one - nh) + a;
+    V dh = one - a;
+    V dl = (one - dh) - a;
+    V u = nh / dh;
+    V d0 = (fnma(u, dh, nh) + fnma(u, dl, nl)) / dh;
+    V y = V(0.5f) * ln_carry(u, d0);
+    V a2 = a * a;
+    V t = fma(fma(fma(V(kT9f), a2, V(kT7f)), a2, V(kT5f)), a2, V(kT3f));
+    y = select(a < V(kSmallF), fma(a * a2, t, a), y);
+    return with_sign(x, y);
+  }
   // Not |x| < 1 (NaN included).
   template <int L> static RAVL_INLINE Mask<float, L> fspecial(Vec<float, L> x) {
-    using V = Vec<float, L>;
-    return ~(abs_of(x) < V(1.0f));
+    return ~(abs(x) < Vec<float, L>(1.0f));
   }
-};
-
-// ---- single: w = (1 + a)/(1 - a) in single, as u + d0 ----------------------------
-//
-//   nh + nl = 1 + a, dh + dl = 1 - a   Fast2Sum each (exact);
-//   u = RN(nh/dh), e = nh - u dh       e exact (fused);
-//   d0 = (e + nl - u dl)/dh            u + d0 = w within about 2^-46 relative;
-// atanh a = ln(u + d0)/2 with the log family's single kernel carrying d0
-// (exp_log/log_core.h, as log1pf carries the rounding of 1 + x). Below a =
-// 2^-5 the series a + a^3/3 + ... + a^9/9 (remainder a^11/11 < 2^-53 a) is
-// blended in instead: there u is within a few ulps of 1 and the rounding of
-// 1 + a and d0 nearly cancel (1 ulp near a = 2^-24 without it). Zeros and
-// denormals give a exactly. Lanes with |x| >= 1 or NaN take the double routine.
-constexpr float kSmallF = 0x1p-5f;                      // 0x3d000000
-constexpr float kT3f = f32_bits(0x3eaaaaabu);           // 1/3 = 0.333333343
-constexpr float kT5f = f32_bits(0x3e4ccccdu);           // 1/5 = 0.200000003
-constexpr float kT7f = f32_bits(0x3e124925u);           // 1/7 = 0.142857149
-constexpr float kT9f = f32_bits(0x3de38e39u);           // 1/9 = 0.111111112
-template <int L> RAVL_INLINE Vec<float, L> atanhf_vec(Vec<float, L> x) {
-  using V = Vec<float, L>;
-  V one(1.0f);
-  V a = inv_hyp::abs_of(x);
-  V nh = one + a;
-  V nl = (one - nh) + a;
-  V dh = one - a;
-  V dl = (one - dh) - a;
-  V u = nh / dh;
-  V d0 = (fnma(u, dh, nh) + fnma(u, dl, nl)) / dh;
-  V y = V(0.5f) * inv_hyp::ln_carry(u, d0);
-  V a2 = a * a;
-  V t = fma(fma(fma(V(kT9f), a2, V(kT7f)), a2, V(kT5f)), a2, V(kT3f));
-  y = select(a < V(kSmallF), fma(a * a2, t, a), y);
-  return inv_hyp::with_sign(x, y);
-}
-struct AtanhF : Atanh<inv_hyp::LnFull> {
-  template <int L> static RAVL_INLINE Vec<float, L> svec(Vec<float, L> x) { return atanhf_vec<L>(x); }
 };
 
 }  // namespace atanh_detail
@@ -128,7 +126,7 @@ using full = atanh_detail::Atanh<inv_hyp::LnFull>;
 using fast = atanh_detail::Atanh<inv_hyp::LnFast>;
 }  // namespace atanh_k
 namespace atanhf_k {
-using full = inv_hyp::Single<atanh_detail::AtanhF>;
+using full = inv_hyp::Single<atanh_detail::Atanh<inv_hyp::LnFull>>;
 using fast = full;
 }  // namespace atanhf_k
 

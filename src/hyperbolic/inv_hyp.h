@@ -123,12 +123,7 @@ template <int L> RAVL_INLINE Vec<float, L> ln_carry(Vec<float, L> u, Vec<float, 
   return log_core::ln_single<log_core::BaseE, true>(u, d0);
 }
 // y with the sign bit of x ORed in (y >= 0).
-template <int L> RAVL_INLINE Vec<float, L> with_sign(Vec<float, L> x, Vec<float, L> y) {
-  return as_float<Vec<float, L>>(as_uint(y) | (as_uint(x) & Vec<uint32_t, L>(0x80000000u)));
-}
-template <int L> RAVL_INLINE Vec<float, L> abs_of(Vec<float, L> x) {
-  return as_float<Vec<float, L>>(as_uint(x) & Vec<uint32_t, L>(0x7fffffffu));
-}
+template <class V> RAVL_INLINE V with_sign(V x, V y) { return as_float<V>(as_uint(y) | sign_bit(x)); }
 
 // A single family's kernel from its double kernel D: the vector path in
 // single (D::svec), the lane test of the singles (D::fspecial) and the double

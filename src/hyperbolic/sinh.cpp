@@ -35,8 +35,6 @@ using namespace sinh_cosh;
 // S ~ sinh r = r + r^3 (c3 + c5 r^2), C1 ~ cosh r - 1 = r^2 (c2 + c4 r^2)
 // (kInvLn2, kC2, kC4, kLn2: hyperbolic/sinh_cosh.h).
 constexpr double kShift45 = f64_bits(0x42c8000000000000ull);  // 1.5 * 2^45 = 52776558133248
-constexpr double kLn2Hi = f64_bits(0x3fe62e42fefa0000ull);    // ln2 high part 0.69314718055829871
-constexpr double kLn2Lo = f64_bits(0x3d7cf79abc9e3b3aull);    // ln2 low part 1.6465949582897082e-12
 constexpr double kC3 = f64_bits(0x3fc55555555554adull);       // 0.16666666666666199
 constexpr double kC5 = f64_bits(0x3f8111115712f425ull);       // 0.008333335370815995
 

@@ -7,6 +7,7 @@
 #include "exp_log/exp_common.h"
 #include "frame/entry.h"
 #include "tables/hyperbolic.h"
+#include "tables/logtab.h"
 
 namespace ravl {
 namespace sinh_cosh {
@@ -48,6 +49,10 @@ constexpr double kInvLn2 = f64_bits(0x3ff71547652b82feull);  // 1/ln2 = 1.442695
 // cosh r - 1 ~ r^2 (c2 + c4 r^2), the same in both families.
 constexpr double kC2 = f64_bits(0x3fdffffffffffdbdull);  // 0.49999999999996786
 constexpr double kC4 = f64_bits(0x3fa55555cf16d299ull);  // 0.041666680840909361
+// ln2 = kLn2Hi + kLn2Lo (sinh's full class and the pair kernel): the high part
+// with 17 trailing zero bits, 0.69314718055829871, and 1.6465949582897082e-12.
+constexpr double kLn2Hi = f64_bits(0x3fe62e42fefa0000ull);
+constexpr double kLn2Lo = f64_bits(0x3d7cf79abc9e3b3aull);
 // ln2 as one double, 0.69314718055994529 (the fast classes' reduction).
 constexpr double kLn2 = f64_bits(0x3fe62e42fefa39efull);
 
@@ -153,15 +158,14 @@ template <class T> struct PairRows {
   static constexpr T coef(int i) {
     return kF ? (T)f32_bits(hyperbolic_tables::kPairF[i]) : (T)f64_bits(hyperbolic_tables::kPairD[i]);
   }
-  // 1/ln2: 1.44269502 (0x3fb8aa3b); 1.4426950408889634 (0x3ff71547652b82fe).
-  Row<T> inv_ln2 = row(kF ? (T)f32_bits(0x3fb8aa3bu) : (T)kInvLn2);
+  // 1/ln2 rounded to the lane type.
+  Row<T> inv_ln2 = row(kF ? (T)f32_bits(logtab::kLog2ef) : (T)kInvLn2);
   // 1.5 * 2^23 (0x4b400000); 1.5 * 2^52 (0x4338000000000000): a/ln2 + shift
   // rounds to an integer n held in the low bits of the pattern.
   Row<T> shift = row(kF ? (T)f32_bits(0x4b400000u) : (T)f64_bits(0x4338000000000000ull));
-  // ln2 = hi + lo: 0.693145752 (0x3f317200) + 1.42860677e-06 (0x35bfbe8e);
-  // 0.69314718055829871 (0x3fe62e42fefa0000) + 1.6465949582897082e-12 (0x3d7cf79abc9e3b3a).
-  Row<T> ln2_hi = row(kF ? (T)f32_bits(0x3f317200u) : (T)f64_bits(0x3fe62e42fefa0000ull));
-  Row<T> ln2_lo = row(kF ? (T)f32_bits(0x35bfbe8eu) : (T)f64_bits(0x3d7cf79abc9e3b3aull));
+  // ln2 = hi + lo (single: the log family's pair, hi on the grid 2^-17).
+  Row<T> ln2_hi = row(kF ? (T)f32_bits(logtab::kLn2HiF) : (T)kLn2Hi);
+  Row<T> ln2_lo = row(kF ? (T)f32_bits(logtab::kLn2LoF) : (T)kLn2Lo);
   Row<T> pc[4] = {row(coef(0)), row(coef(1)), row(coef(2)), row(coef(3))};
   Row<T> ps[4] = {row(coef(4)), row(coef(5)), row(coef(6)), row(coef(7))};
   Row<T> one = row((T)1);
