@@ -323,19 +323,23 @@ const Row kRows[] = {
               707.7001953125, ACC, -707.7001953125, ACC, 707.69970703125, ACC, 21.487562597358306, ACC, 0x1p-54, 1,
               1, ACC}},
     {"sinhf", {NAN, NAN, INF, INF, -INF, -INF, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, -0x1p-149, -0x1p-149, 90, INF,
-               -90, -INF, FLT_MAX, INF, 89.4159851, ACC, 89.4159927, INF, 89, ACC, 89.0000076, ACC, 1, ACC}},
+               -90, -INF, FLT_MAX, INF, 89.4159851, ACC, 89.4159927, INF, 89, ACC, 89.0000076, ACC, 1, ACC,
+               0.346573591, ACC, 0.346573621, ACC, 88.7228394, ACC}},
     {"coshf", {NAN, NAN, INF, INF, -INF, INF, 0, 1, -0.0, 1, 0x1p-149, 1, 90, INF, -90, INF, FLT_MAX, INF,
                89.4159851, ACC, 89.4159927, INF, 89, ACC, 89.0000076, ACC, 1, ACC}},
     // tanh: +-1 from 20 up and for exponent field 2046 (the scalar routine from
-    // 1.125 * 2^1023); both sides of 0.125.
+    // 1.125 * 2^1023); both sides of 0.125; single: both sides of the clamp at
+    // 10 and of ln2/2, where the pair kernel's n leaves 0.
     {"tanh", {NAN, NAN, INF, 1, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074, 20, 1,
               -20, -1, 1e300, 1, DBL_MAX, 1, -DBL_MAX, -1, 0x1.2p1023, 1, 0x1.1ffffffffffffp1023, 1, 0x1p1023, 1,
               0.125, ACC, 0.12499999999999999, ACC, -0.125, ACC, 19.999999999999996, ACC, 1, ACC}},
     {"tanhf", {NAN, NAN, INF, 1, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, 20, 1, -20, -1, FLT_MAX, 1,
-               -FLT_MAX, -1, 0.125, ACC, 0.124999993, ACC, 9.01, ACC, 1, ACC}},
-    // asinh, acosh, atanh: x itself below the tiny bound (2^-27, single 2^-12),
-    // the switch to w = 2|x| at 2^28, the scalar routine above 2^1000, the
-    // domain ends (acosh(1) = +0, atanh(+-1) = +-inf) and the values past them.
+               -FLT_MAX, -1, 0.125, ACC, 0.124999993, ACC, 9.01, ACC, 1, ACC, 10, ACC, 9.99999905, ACC,
+               0.346573591, ACC, 0.346573621, ACC}},
+    // asinh, acosh, atanh: x itself below the tiny bound (2^-27; singles: the
+    // series below 2^-5), the switch to w = 2|x| at 2^28 (single 2^12), the
+    // scalar routine above 2^1000 (single from 2^126), the domain ends
+    // (acosh(1) = +0, atanh(+-1) = +-inf) and the values past them.
     {"asinh", {NAN, NAN, INF, INF, -INF, -INF, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074,
                0x1p-1022, 0x1p-1022, 0x1.fffffffffffffp-28, 0x1.fffffffffffffp-28, -0x1.fffffffffffffp-28,
                -0x1.fffffffffffffp-28, 0x1p-27, ACC, 1, ACC, 0x1p28, ACC, 0x1.0000000000001p28, ACC,
@@ -348,11 +352,14 @@ const Row kRows[] = {
                0x1.fffffffffffffp-28, 0x1.fffffffffffffp-28, 0x1p-27, ACC, 0.5, ACC, 0x1.fffffffffffffp-1, ACC,
                -0x1.fffffffffffffp-1, ACC, 0x1.0000000000001p0, NAN, 2, NAN, INF, NAN, -INF, NAN}},
     {"asinhf", {NAN, NAN, INF, INF, -INF, -INF, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, -0x1p-149, -0x1p-149,
-                0x1.fffffep-13, 0x1.fffffep-13, 0x1p-12, ACC, 1, ACC, FLT_MAX, ACC, -FLT_MAX, ACC}},
+                0x1.fffffep-13, 0x1.fffffep-13, 0x1p-12, ACC, 1, ACC, FLT_MAX, ACC, -FLT_MAX, ACC, 0x1p-5, ACC,
+                0x1.fffffep-6, ACC, 0x1p12, ACC, 0x1.000002p12, ACC, 0x1p126, ACC, 0x1.fffffep125, ACC,
+                -0x1p126, ACC}},
     {"acoshf", {NAN, NAN, INF, INF, -INF, NAN, 1, 0, 0x1.000002p0, ACC, 0x1.fffffep-1, NAN, 0, NAN, -1, NAN, 2, ACC,
-                FLT_MAX, ACC}},
+                FLT_MAX, ACC, 0x1p12, ACC, 0x1.000002p12, ACC, 0x1p126, ACC, 0x1.fffffep125, ACC}},
     {"atanhf", {NAN, NAN, 1, INF, -1, -INF, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, 0x1.fffffep-13, 0x1.fffffep-13,
-                0x1p-12, ACC, 0x1.fffffep-1, ACC, -0x1.fffffep-1, ACC, 0x1.000002p0, NAN, INF, NAN}},
+                0x1p-12, ACC, 0x1.fffffep-1, ACC, -0x1.fffffep-1, ACC, 0x1.000002p0, NAN, INF, NAN, 0x1p-5, ACC,
+                0x1.fffffep-6, ACC}},
     // erf: the roundings to +-1 at 5.9215871957945074 (3.9192059 in single) and
     // the last value below, within the bound (the polynomial reaches 1 within an
     // ulp of them), the constant row from 6 on; x + x Q(x) with one rounding on
