@@ -41,6 +41,16 @@ constexpr float kT9f = f32_bits(0x3de38e39u);           // 1/9 = 0.111111112
 //   u + c = wh + wl                   Fast2Sum (wh >= 1 > |wl|), |c| <= ulp(u)/2.
 // Then atanh a = ln(u + c)/2 (the halving is exact). 1 - a >= 2^-53 keeps w
 // below 2^54, inside the log1p kernels' range. Below a = 2^-27 the result is x.
+// nh + nl = 1 + a and dh + dl = 1 - a exactly (Fast2Sum each, 0 <= a <= 1),
+// in either precision.
+template <class V> RAVL_INLINE void one_plus_minus(V a, V& nh, V& nl, V& dh, V& dl) {
+  V one(1.0);
+  nh = one + a;
+  nl = (one - nh) + a;
+  dh = one - a;
+  dl = (one - dh) - a;
+}
+
 template <class Ln> struct Atanh : frame::Kernel {
   using sig = double(double);
   static constexpr bool has_callout = true;
@@ -48,11 +58,8 @@ template <class Ln> struct Atanh : frame::Kernel {
   template <int L> static RAVL_INLINE VD<L> vec(VD<L> x) {
     using V = VD<L>;
     V one(1.0);
-    V a = abs_of(x);
-    V nh = one + a;
-    V nl = (one - nh) + a;
-    V dh = one - a;
-    V dl = (one - dh) - a;
+    V a = abs_of(x), nh, nl, dh, dl;
+    one_plus_minus(a, nh, nl, dh, dl);
     V i = one / dh;
     V wh = nh * i;
     V wl = ((nl - fms(wh, dh, nh)) - wh * dl) * i;
@@ -99,12 +106,8 @@ template <class Ln> struct Atanh : frame::Kernel {
   // denormals give a exactly. Lanes with |x| >= 1 or NaN take the double routine.
   template <int L> static RAVL_INLINE Vec<float, L> svec(Vec<float, L> x) {
     using V = Vec<float, L>;
-    V one(1.0f);
-    V a = abs(x);
-    V nh = one + a;
-    V nl = (one - nh) + a;
-    V dh = one - a;
-    V dl = (one - dh) - a;
+    V a = abs(x), nh, nl, dh, dl;
+    one_plus_minus(a, nh, nl, dh, dl);
     V u = nh / dh;
     V d0 = (fnma(u, dh, nh) + fnma(u, dl, nl)) / dh;
     V y = V(0.5f) * ln_carry(u, d0);
