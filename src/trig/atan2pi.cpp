@@ -2,9 +2,9 @@
 // of the pair (|x|, |y|) around a node near |y|/|x| by one division on the
 // pair itself (never the rounded quotient), the x < 0 rows (1 - angle) and
 // the sign of y. Lanes with max(|x|, |y|) out of [2^-900, 2^1000] (singles:
-// [2^-40, 2^100]), a nonzero ratio below 2^-60, infinities, zero pairs and
-// NaN go to the scalar routine (atan2pif _native: only NaN, zero pairs and
-// infinite pairs):
+// [2^-40, 2^100]), a nonzero ratio below 2^-60 (plain class only),
+// infinities, zero pairs and NaN go to the scalar routine (atan2pif
+// _native: only NaN, zero pairs and infinite pairs):
 // NaN -> NaN, the C99 angles of zeros and infinities (+-0 and +-1 for y =
 // +-0 by the sign of x, +-1/2 for x = +-0, +-1/4 and +-3/4 for infinite
 // pairs), tiny ratios as a double-word quotient, scaling by 2^-+600

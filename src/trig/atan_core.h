@@ -175,17 +175,22 @@ RAVL_INLINE Vec<double, L> atan2_pair(Vec<double, L> y, Vec<double, L> x, Vec<do
 
 // The lanes atan2_pair cannot take: max(|x|, |y|) outside [2^-900, 2^1000],
 // a nonzero ratio q below 2^-60 (there |y| may be too small for the
-// division's residual, and u/pi's low parts, to be normal), infinities, zero
-// pairs and NaN (q = |y|/|x| NaN).
+// division's residual, and u/pi's low parts, to be normal: the full class
+// only; the fast class has neither, its angle at node 0 is u (or pi - u),
+// u = |y|/|x| correctly rounded, u/pi rounded once), infinities, zero pairs
+// and NaN (q = |y|/|x| NaN).
 struct FlagRows {
   Row<double> lo = row(0x1p-900), hi = row(0x1p1000), qlo = row(0x1p-60);
 };
 inline constexpr FlagRows kFlagRows{};
-template <int L> RAVL_INLINE Mask<double, L> atan2_flag(Vec<double, L> y, Vec<double, L> x, Vec<double, L> q) {
+template <bool kFull, int L>
+RAVL_INLINE Mask<double, L> atan2_flag(Vec<double, L> y, Vec<double, L> x, Vec<double, L> q) {
   using V = Vec<double, L>;
   const FlagRows& k = rows(kFlagRows);
   V m = hw_max(abs(y), abs(x));
-  return not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | ((q < get<V>(k.qlo)) & (q > V(0))) | is_nan(q);
+  auto flag = not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | is_nan(q);
+  if constexpr (kFull) flag = flag | ((q < get<V>(k.qlo)) & (q > V(0)));
+  return flag;
 }
 
 // The special-lane routine of atan2 and atan2pi (half = pi or 1, the angle
@@ -412,7 +417,7 @@ template <bool kPi, bool kFull> struct Atan2D : frame::Kernel {
     return atan2_pair<kPi, kFull ? 6 : 4, kFull>(y, x, abs(y) / abs(x));
   }
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> y, Vec<double, L> x, Vec<double, L>) {
-    return atan2_flag(y, x, abs(y) / abs(x));
+    return atan2_flag<kFull>(y, x, abs(y) / abs(x));
   }
   // The double routine, shared by both classes (and the single families).
   static RAVL_INLINE int scalar(const double* yp, const double* xp, double* rp) {
