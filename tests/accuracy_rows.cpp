@@ -175,19 +175,19 @@ const struct {
     {"acos", "full", 1.6},     // 1.485 (the designed series and final addition)
     {"acos", "fast", 5e6},     // 4.699e6 (relative 2^-30.6, the degree-5 series)
     {"acosf", "full", 0.7},    // 0.6238 (every single with |x| >= 1/2, every 997th below)
-    {"acosf", "fast", 6},      // 5.288 (every single with |x| >= 1/2, every 997th below)
+    {"acosf", "fast", 2.85},   // 2.787 (every single in [-1, 1]; the minimax series of tables/acos.h)
     {"asin", "full", 1.0},     // 0.8632
     {"asin", "fast", 5.1e6},   // 4.697e6 (relative 2^-30.6)
     {"asinf", "full", 0.7},    // 0.6339
-    {"asinf", "fast", 8.5},    // 7.644 (every single with |x| >= 1/2, every 997th below)
+    {"asinf", "fast", 3.3},    // 3.248 (every single in [-1, 1])
     {"acospi", "full", 0.85},  // 0.7811
     {"acospi", "fast", 5e6},   // 4.483e6
     {"acospif", "full", 0.7},  // 0.5956
-    {"acospif", "fast", 5.5},  // 5.054
+    {"acospif", "fast", 4.0},  // 3.937 (every single in [-1, 1])
     {"asinpi", "full", 1.0},   // 0.9294
     {"asinpi", "fast", 6.5e6}, // 5.981e6
     {"asinpif", "full", 0.8},  // 0.7499 (denormal results: two roundings)
-    {"asinpif", "fast", 10.5}, // 9.748
+    {"asinpif", "fast", 4.5},  // 4.441 (every single in [-1, 1])
     {"atan", "full", 0.52},     // 0.5107
     {"atan", "fast", 760},      // 742.7 (Taylor to u^9 at |u| < 1/16)
     {"atanf", "full", 0.51},    // 0.5066
@@ -199,11 +199,11 @@ const struct {
     {"atan2", "full", 0.75},    // 0.7447
     {"atan2", "fast", 760},     // 736.2
     {"atan2f", "full", 0.51},   // 0.5065
-    {"atan2f", "fast", 1.75},   // 1.702
+    {"atan2f", "fast", 2.1},    // 2.001 (the single series r + r s P(s) on r in [0, 1], no nodes)
     {"atan2pi", "full", 0.75},  // 0.738
     {"atan2pi", "fast", 480},   // 466.3
     {"atan2pif", "full", 0.52}, // 0.5125
-    {"atan2pif", "fast", 2.5},  // 2.429
+    {"atan2pif", "fast", 1.7},  // 1.641
     // The pi-scaled forms (the ranges below; singles also every positive float below 2^23,
     // tools/exhaustive/exhaustive_trigf.cpp: above it every single is an integer, exact).
     {"sinpi", "full", 0.75},     // 0.7116
