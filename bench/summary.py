@@ -93,12 +93,30 @@ def huge_table(one, all_):
     return out
 
 
+def goal_summary(rows):
+    """How many entries meet the goal on each binary, and which miss it."""
+    so_missed = [n for n, c in rows.items() if c[10].startswith("MISSED")]
+    dll_missed = [n for n, c in rows.items() if c[10].endswith("DLL missed")]
+    math = {m for _, fams in GROUPS for f in fams.split() for m in
+            (member(f, s, n) for s in (False, True) for n in (False, True))}
+    below = [f"`{n}` {c[2]}" for n, c in rows.items() if n in math and
+             c[2] != "-" and float(c[2].rstrip("x")) < 1.5 and not c[10].startswith("MISSED")]
+    names = lambda l: ", ".join(f"`{n}`" for n in l) or "none"
+    return [f"In that run {len(rows) - len(so_missed)} of the {len(rows)} entries meet the goal on the .so "
+            f"and {len(rows) - len(dll_missed)} on the DLL. Missed on the .so: {names(so_missed)}; "
+            f"on the DLL: {names(dll_missed)}. At their bound but under 1.5x SLEEF (where SLEEF's "
+            f"function is itself near the call floor, or the entry's path is the designed one): "
+            f"{', '.join(below) or 'none'}."]
+
+
 def main():
     rows, head = read_report(sys.argv[1])
     print(head + "\n")
     print("\n".join(speed_tables(rows)))
     if len(sys.argv) > 3:
         print("\n".join(huge_table(sys.argv[2], sys.argv[3])))
+        print()
+    print("\n".join(goal_summary(rows)))
 
 
 if __name__ == "__main__":
