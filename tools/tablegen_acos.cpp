@@ -64,11 +64,7 @@ int main() {
   for (int i = 1; i <= 8192; ++i) {
     M y, p, want, w;
     mpfr_set_d(y, 0.25 * i / 8192, MPFR_RNDN);
-    mpfr_set_d(p, c[kFastTerms - 1], MPFR_RNDN);
-    for (int k = kFastTerms - 2; k >= 0; --k) {
-      mpfr_mul(p, p, y, MPFR_RNDN);
-      mpfr_add_d(p, p, c[k], MPFR_RNDN);
-    }
+    horner(p, c, kFastTerms, y);
     g_asin(want, y);
     weight(w, y);
     mpfr_sub(p, p, want, MPFR_RNDN);

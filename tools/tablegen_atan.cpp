@@ -174,11 +174,7 @@ void single_fast_series() {
       M r, s, p, want, got, pi;
       mpfr_set_d(r, i / 8192.0, MPFR_RNDN);
       mpfr_sqr(s, r, MPFR_RNDN);
-      mpfr_set_d(p, c[kFastTerms - 1], MPFR_RNDN);
-      for (int k = kFastTerms - 2; k >= 0; --k) {
-        mpfr_mul(p, p, s, MPFR_RNDN);
-        mpfr_add_d(p, p, c[k], MPFR_RNDN);
-      }
+      horner(p, c, kFastTerms, s);
       mpfr_mul(p, p, s, MPFR_RNDN);
       mpfr_const_pi(pi, MPFR_RNDN);
       if (pi_unit) mpfr_ui_div(got, 1, pi, MPFR_RNDN), mpfr_add(p, p, got, MPFR_RNDN);

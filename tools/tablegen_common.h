@@ -124,6 +124,17 @@ inline void solve_linear(mpfr_ptr a, int stride, mpfr_ptr b, int n) {
 }
 
 // v rounded to nearest in the lane type: float (single) or double.
+// p = c[0] + c[1] x + ... + c[n-1] x^(n-1) by Horner's rule in MPFR (each
+// step rounded to the working precision, far below every fit's error); p
+// and x are distinct.
+inline void horner(mpfr_t p, const double* c, int n, mpfr_t x) {
+  mpfr_set_d(p, c[n - 1], MPFR_RNDN);
+  for (int k = n - 2; k >= 0; --k) {
+    mpfr_mul(p, p, x, MPFR_RNDN);
+    mpfr_add_d(p, p, c[k], MPFR_RNDN);
+  }
+}
+
 inline double round_lane(mpfr_t v, bool single) {
   return single ? (double)mpfr_get_flt(v, MPFR_RNDN) : mpfr_get_d(v, MPFR_RNDN);
 }

@@ -171,11 +171,7 @@ double fit_error(Fn fn, const Row& r, double lo, double hi) {
     if (av >= hi && lo == 0.0) continue;
     mpfr_set_d(a, av, MPFR_RNDN);
     mpfr_add_d(t, a, r.shift, MPFR_RNDN);
-    mpfr_set_d(p, r.c[n], MPFR_RNDN);
-    for (int q = n - 1; q >= 1; --q) {
-      mpfr_mul(p, p, t, MPFR_RNDN);
-      mpfr_add_d(p, p, r.c[q], MPFR_RNDN);
-    }
+    horner(p, r.c.data() + 1, n, t);  // c1 + c2 t + ... + cn t^(n-1)
     mpfr_mul(p, p, t, MPFR_RNDN);
     mpfr_mul_d(e, t, r.d, MPFR_RNDN);
     mpfr_add(p, p, e, MPFR_RNDN);

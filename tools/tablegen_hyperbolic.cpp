@@ -125,11 +125,7 @@ double fit_error_ulp(const double* e, double lo, double hi) {
     const double xv = lo + (hi - lo) * k / 4096;
     mpfr_set_d(x, xv, MPFR_RNDN);
     mpfr_add_d(t, x, e[kDegree + 1], MPFR_RNDN);
-    mpfr_set_d(p, e[kDegree], MPFR_RNDN);
-    for (int q = kDegree - 1; q >= 0; --q) {
-      mpfr_mul(p, p, t, MPFR_RNDN);
-      mpfr_add_d(p, p, e[q], MPFR_RNDN);
-    }
+    horner(p, e, kDegree + 1, t);
     mpfr_tanh(y, x, MPFR_RNDN);
     mpfr_sub(d, p, y, MPFR_RNDN);
     const double yd = mpfr_get_d(y, MPFR_RNDN);
@@ -280,11 +276,7 @@ int main() {
       mpfr_sqr(w, r, MPFR_RNDN);
       for (int f = 0; f < 2; ++f) {
         const double* c = f ? sc : cc;
-        mpfr_set_d(p, c[n - 1], MPFR_RNDN);
-        for (int k = n - 2; k >= 0; --k) {
-          mpfr_mul(p, p, w, MPFR_RNDN);
-          mpfr_add_d(p, p, c[k], MPFR_RNDN);
-        }
+        horner(p, c, n, w);
         mpfr_mul(p, p, w, MPFR_RNDN);
         mpfr_add_ui(got, p, 1, MPFR_RNDN);
         if (f) mpfr_mul(got, got, r, MPFR_RNDN), mpfr_sinh(want, r, MPFR_RNDN);
@@ -350,11 +342,7 @@ int main() {
       if (i == 0) continue;
       M r, p, want;
       mpfr_set_d(r, h * i / 4096, MPFR_RNDN);
-      mpfr_set_d(p, q[m - 1], MPFR_RNDN);
-      for (int k = m - 2; k >= 0; --k) {
-        mpfr_mul(p, p, r, MPFR_RNDN);
-        mpfr_add_d(p, p, q[k], MPFR_RNDN);
-      }
+      horner(p, q, m, r);
       mpfr_mul(p, p, r, MPFR_RNDN);
       mpfr_mul(p, p, r, MPFR_RNDN);
       mpfr_add(p, p, r, MPFR_RNDN);

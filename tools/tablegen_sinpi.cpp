@@ -84,11 +84,7 @@ double fit_error(Form f, const double* coef, int n, const double* lead) {
     const bool is_sin = f == Form::kSinP || f == Form::kSinS;
     if (is_sin) mpfr_sin(want, pr, MPFR_RNDN);
     else mpfr_cos(want, pr, MPFR_RNDN);
-    mpfr_set_d(p, coef[n - 1], MPFR_RNDN);
-    for (int k = n - 2; k >= 0; --k) {
-      mpfr_mul(p, p, w, MPFR_RNDN);
-      mpfr_add_d(p, p, coef[k], MPFR_RNDN);
-    }
+    horner(p, coef, n, w);
     switch (f) {
       case Form::kSinP:  // (lead0 + lead1) r + r^3 P
         mpfr_mul(got, p, w, MPFR_RNDN);
