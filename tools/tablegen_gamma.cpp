@@ -362,6 +362,41 @@ double stirling_ln_error(const double* c, int n) {
 }
 
 
+// 2^f on [-1/2, 1/2] for the single Gamma path: kExp2Terms doubles q0 .. q7
+// interpolating 2^f at the Chebyshev nodes. Budget: relative error below
+// 2^-33 at 2001 points (the coefficients exact as stored).
+constexpr int kExp2Terms = 8;
+
+double fit_exp2(double* q) {
+  constexpr int n = kExp2Terms;
+  std::vector<M> A(n * n), b(n);
+  for (int k = 0; k < n; ++k) {
+    M f;
+    cheb_node(f, k, n, 1.0);
+    mpfr_sub_d(f, f, 0.5, MPFR_RNDN);
+    mpfr_ui_pow(b[k], 2, f, MPFR_RNDN);
+    for (int i = 0; i < n; ++i) mpfr_pow_ui(A[k * n + i], f, i, MPFR_RNDN);
+  }
+  solve_linear(A[0], n, b[0], n);
+  for (int i = 0; i < n; ++i) q[i] = mpfr_get_d(b[i], MPFR_RNDN);
+  double worst = 0;
+  for (int j = 0; j <= 2000; ++j) {
+    const double f = -0.5 + j / 2000.0;
+    M v, r, e, ff;
+    mpfr_set_d(v, q[n - 1], MPFR_RNDN);
+    for (int i = n - 2; i >= 0; --i) {
+      mpfr_mul_d(v, v, f, MPFR_RNDN);
+      mpfr_add_d(v, v, q[i], MPFR_RNDN);
+    }
+    mpfr_set_d(ff, f, MPFR_RNDN);
+    mpfr_ui_pow(r, 2, ff, MPFR_RNDN);
+    mpfr_sub(e, v, r, MPFR_RNDN);
+    mpfr_div(e, e, r, MPFR_RNDN);
+    worst = std::fmax(worst, std::fabs(mpfr_get_d(e, MPFR_RNDN)));
+  }
+  return worst;
+}
+
 }  // namespace
 
 int main() {
@@ -508,6 +543,18 @@ int main() {
   print_table64((std::string("alignas(64) inline constexpr uint64_t kStirlingLnF[") + std::to_string(kStirLnDegF + 1) + "]").c_str(), slfb,
                 kStirLnDegF + 1);
 
+  double q[kExp2Terms];
+  const double eq = fit_exp2(q);
+  expect_row(eq < 0x1p-33, "2^f (single Gamma path) error budget 2^-33");
+  std::fprintf(stderr, "2^f: 2^%.2f\n", std::log2(eq));
+  uint64_t qb[kExp2Terms];
+  for (int k = 0; k < kExp2Terms; ++k) qb[k] = bits64(q[k]);
+  std::printf(
+      "// 2^f = q0 + q1 f + ... + q%d f^%d on [-1/2, 1/2] for the single Gamma path (interpolated\n"
+      "// at the Chebyshev nodes; max relative error 2^%.1f).\n",
+      kExp2Terms - 1, kExp2Terms - 1, std::log2(eq));
+  print_table64((std::string("alignas(64) inline constexpr uint64_t kExp2[") + std::to_string(kExp2Terms) + "]").c_str(), qb,
+                kExp2Terms);
   close_file("gamma_tables");
   return row_failures ? 1 : 0;
 }

@@ -1,9 +1,15 @@
 // The arithmetic shared by the gamma families (lgamma, lgammar, tgamma and
-// their single forms, in lgamma.cpp, lgammar.cpp and tgamma.cpp): the vector
-// path, written once for one double (the scalar routines) and for 4-lane
-// chunks, the special-value rules and the scalar routines.
+// their single forms, in lgamma.cpp, lgammar.cpp and tgamma.cpp): the 4-lane
+// vector paths, the special-value rules and the scalar routines.
 //
-// Positive x in [2^-1000, 2^1000] (the vector path):
+// Positive x in [2^-1000, 2^1000] (the vector paths, "the 4-lane vector
+// paths" below): plain double arithmetic with a few double-word steps, from
+// rows of width 1/8 on [1, 8) (expanded about the zeros 1 and 2 on the rows
+// that touch them), ln Gamma(1 + x) - ln x below 1 and Stirling in ln from 8;
+// Gamma = e^(ln Gamma) with the exponent as a double-word value.
+//
+// The scalar routines' accurate positive path (log2_gamma, shifted), for
+// the reflection below and for Gamma between 171.6 and its overflow:
 //   z = x + n, n = the number of k in 0..7 with x + k < 8 (so z >= 8 up to a
 //   rounding), P = x (x + 1) ... (x + n - 1), each factor x + k and the
 //   product carried as double-word values (P = 1 for x >= 8);
@@ -11,15 +17,8 @@
 //   (Stirling), log2 z from pow_core's log2_accurate (double-word, relative
 //   error below 2^-70), every product with its fused rounding error, S from
 //   the fitted remainder (tables/gamma.h, absolute error 2^-68.3);
-//   ln Gamma(x) = (log2 Gamma(z) - log2 P) ln 2, the difference exact, the
-//   product double-word, rounded once; Gamma(x) = 2^(log2 Gamma(z)) / P with
-//   pow_core's exp2_accurate of the double-word exponent and one double-word
-//   division.
-// The absolute error of log2 Gamma(z) - log2 P is below about 2^-64 for
-// moderate x (2^-70 relative of terms up to a few hundred), so ln Gamma keeps its relative accuracy except near its zeros
-// x = 1 and x = 2: the vector path flags |x - 1| < 1/16 and |x - 2| < 1/16,
-// where the scalar routine sums the Taylor series at 1 and 2 (zeta values,
-// tables/gamma.h) instead.
+//   log2 Gamma(x) = log2 Gamma(z) - log2 P, the difference exact, its
+//   absolute error below about 2^-64 for moderate x.
 //
 // Negative x (the scalar routines), reflection without a subtraction of
 // nearly equal large arguments:
@@ -291,9 +290,9 @@ RAVL_INLINE F64x4 tgamma_vec4(F64x4 x) {
 // about 2^-48 absolute; relative near x = 1, where its table row is 0) and
 // Stirling's S to 2^-36.8 (kStirlingLnF), so ln Gamma is within about 2^-30
 // relative of the true value before the rounding to single (2^-6 of a
-// single ulp); Gamma = exp_fast(ln Gamma), within 1.4e-8 relative (its
-// chord), so the factorials that are singles come out exactly. The lane
-// tests are the double paths'.
+// single ulp); Gamma = exp_single(ln Gamma), within about 2^-28 relative,
+// so the factorials that are singles come out exactly. The lane tests are
+// the double paths'.
 RAVL_INLINE F64x4 lgamma_plain(F64x4 x, const pow_core::FastRows& c) {
   using V = F64x4;
   const auto below1 = x < V(1.0);
@@ -312,6 +311,21 @@ RAVL_INLINE F64x4 lgamma_plain(F64x4 x, const pow_core::FastRows& c) {
   const V st = fma(x - V(0.5), ln, -x) + (s + V(kHalfLnTwoPiHi));
   return select(x >= V(kPiecesEnd), st, select(below1, t - ln, t));
 }
+// e^t for single Gamma, t in [-0.13, 708] (ln Gamma over [2^-1000, 171.6]):
+// 2^z with z = t log2(e) (its rounding 2^-53 |z|, 2^-43 relative to Gamma at
+// most), n = round(z) by the shifter 1.5 * 2^52, f = z - n in [-1/2, 1/2]
+// exact, 2^f by the degree-7 polynomial kExp2 (relative error 2^-34.1), and n
+// (0..1021, from the sum's low bits) added to the exponent field.
+template <int i> constexpr double kE2 = f64_bits(gamma_tables::kExp2[i]);
+RAVL_INLINE F64x4 exp_single(F64x4 t) {
+  using V = F64x4;
+  const V z = t * V(kLog2eHi);
+  const V s = z + V(pow_core::kShift);
+  const V f = z - (s - V(pow_core::kShift));
+  const V p = fma(fma(fma(fma(fma(fma(fma(V(kE2<7>), f, V(kE2<6>)), f, V(kE2<5>)), f, V(kE2<4>)), f, V(kE2<3>)), f,
+                          V(kE2<2>)), f, V(kE2<1>)), f, V(kE2<0>));
+  return as_float<V>(as_uint(p) + (as_uint(s) << 52));
+}
 RAVL_INLINE F64x4 lgammaf_vec4(F64x4 x) {
   const pow_core::FastRows& c = rows(pow_core::kFastRows);
   const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kVecHi));
@@ -320,7 +334,7 @@ RAVL_INLINE F64x4 lgammaf_vec4(F64x4 x) {
 RAVL_INLINE F64x4 tgammaf_vec4(F64x4 x) {
   const pow_core::FastRows& c = rows(pow_core::kFastRows);
   const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kTgammaVecHi));
-  return pow_core::mark(pow_core::exp_fast(lgamma_plain(x, c), c), flagged);
+  return pow_core::mark(exp_single(lgamma_plain(x, c)), flagged);
 }
 
 // ---- sin(pi x) ------------------------------------------------------------------------
