@@ -169,8 +169,8 @@ template <class V> RAVL_INLINE V times_ln2(Dd<V> v) {
 //     (c a multiple of 1/16 and |u| <= 1/8), c0 and p0 double-word; c is the
 //     zero 1 or 2 of ln Gamma on the rows that touch one (c0 = 0), so the
 //     result keeps its relative accuracy down to the zeros. Q = p1 + ... by
-//     Horner's rule, p0 + u Q as hi + lo (Fast2Sum), then
-//     T = c0_hi + (c0_lo + u (hi + lo)), the last sum rounded once;
+//     Horner's rule, p0 + u Q as ph + pl (Fast2Sum), then T = th + tl with
+//     u ph exact (product and fused error) and th = c0_hi + u ph by Fast2Sum;
 //   x < 1: ln Gamma(x) = ln Gamma(1 + x) - ln x, the first from the row of
 //     1 + x with u = x - (c - 1) (exact: c - 1 is a multiple of 1/16 and
 //     |u| <= 1/8, or c = 1 and u = x), ln x double-word (lh + ll, the log1p
@@ -179,8 +179,8 @@ template <class V> RAVL_INLINE V times_ln2(Dd<V> v) {
 //     0.58 of -ln x, whose error is far below the last place;
 //   x >= 8: Stirling, (x - 1/2) ln x - x + ln(2 pi)/2 + S(x), the product
 //     (x - 1/2)(lh + ll) double-word, S(x) = (1/x) h(1/x^2) (kStirlingLn,
-//     error 2^-60.6), the sums (x - 1/2) lh - x and + ln(2 pi)/2 exact
-//     (Fast2Sum: (x - 1/2) ln x >= 15.6 > x, and the difference >= 7.6).
+//     error 2^-60.6), the sums (x - 1/2) lh - x (Fast2Sum: (x - 1/2) ln x
+//     >= 15.6 > x) and + ln(2 pi)/2 (TwoSum) exact.
 // The result is hi + lo (|lo| up to 0.0105 in Stirling's form): ln Gamma
 // rounds it once, Gamma takes e^(hi + lo) with pow_core's accurate power of two. Its
 // absolute error stays below about 2^-60 up to x = 171.6 (ln x 1e-20 times
@@ -274,7 +274,8 @@ RAVL_INLINE F64x4 tgamma_vec4(F64x4 x) {
   V lo;
   // hi + lo made a double-word value (|lo| <= ulp(hi)/2; Stirling's lo holds S(x), up
   // to 0.0105), so that the reduction of exp2_accurate stays on its interval.
-  const Dd<V> g = fast_two_sum(lgamma_dd(x, lo), lo);
+  const V hi = lgamma_dd(x, lo);  // before lo is read (argument order is unspecified)
+  const Dd<V> g = fast_two_sum(hi, lo);
   const V zh = g.hi * V(kLog2eHi);
   const V zl = fma(g.hi, V(kLog2eHi), -zh) + fma(g.hi, V(kLog2eLo), g.lo * V(kLog2eHi));
   V eh, eq;
