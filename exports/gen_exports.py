@@ -183,6 +183,9 @@ def entry_code(f, cls, w, name):
     entry computes every lane and tests the lane mask; when a lane is flagged it
     tail-calls the slow function, which computes the call again with the inline
     pass and the lane loop (so the common path needs no stack frame at all).
+    A tied kernel's test comes out of the computation itself: the entry keeps
+    that one computation and returns its results; other kernels test first and
+    compute after the test.
     The common path is written first and marked likely, so that it falls
     through the lane test to its return and only a flagged call takes a branch
     (to the tail call, placed after the return)."""
@@ -195,7 +198,10 @@ def entry_code(f, cls, w, name):
         call = ", ".join(["r"] + [f"a{i}" for i in range(n)])
         lines.append(f'extern "C" inline RAVL_NOINLINE void* {slow}({params}) {{ return {E}::mem<true>({call}); }}')
         lines.append(f'extern "C" RAVL_EXPORT void* {name}({params}) {{')
-        lines.append(f"  if (__builtin_expect(!{E}::flagged_mem({call}), 1)) return {E}::mem<false>({call});")
+        lines.append(f"  if constexpr ({E}::tied) {{")
+        lines.append(f"    const auto s = {E}::load_and_compute<false>({', '.join(f'a{i}' for i in range(n))});")
+        lines.append(f"    if (__builtin_expect(s.mask == 0, 1)) return {E}::mem_out(s, {call});")
+        lines.append(f"  }} else if (__builtin_expect(!{E}::flagged_mem({call}), 1)) return {E}::mem<false>({call});")
         lines.append(f"  [[clang::musttail]] return {slow}({call});")
         lines.append("}")
         return "\n".join(lines)
@@ -226,7 +232,10 @@ def entry_code(f, cls, w, name):
     p, im, a = ", ".join(params), ", ".join(imgs), ", ".join(args)
     lines.append(f'extern "C" inline RAVL_CC RAVL_NOINLINE {rtype} {slow}({p}) {{ return {E}::reg<true>({ptr}, {im}); }}')
     lines.append(f'extern "C" {export}RAVL_CC {rtype} {fn}({p}) {{')
-    lines.append(f"  if (__builtin_expect(!{E}::flagged({im}), 1)) return {E}::reg<false>({ptr}, {im});")
+    lines.append(f"  if constexpr ({E}::tied) {{")
+    lines.append(f"    const auto s = {E}::compute<false>({im});")
+    lines.append(f"    if (__builtin_expect(s.mask == 0, 1)) return {E}::reg_out({ptr}, s);")
+    lines.append(f"  }} else if (__builtin_expect(!{E}::flagged({im}), 1)) return {E}::reg<false>({ptr}, {im});")
     lines.append(f"  [[clang::musttail]] return {slow}({a});")
     lines.append("}")
     if fn != name:

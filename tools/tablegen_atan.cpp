@@ -1,6 +1,6 @@
 // Prints src/tables/atan.h: the node tables of the arc tangent families
-// (atan, atan2, atanpi, atan2pi and their single forms), computed with MPFR
-// at 256 bits.
+// (atan, atan2, atanpi, atan2pi and their single forms) and the series of
+// the single _native kernel, computed with MPFR at 256 bits.
 //
 //   ninja -C build tablegen_atan && build/tools/tablegen_atan > src/tables/atan.h
 //
@@ -8,6 +8,8 @@
 // middle node has the bit pattern the kernels build from the argument's bits,
 // hi + lo is the value to 2^-100 relative, and the row of node infinity holds
 // the quarter turn exactly in hi (pi/2 rounded, or 0.5).
+#include <cmath>
+
 #include "tablegen_common.h"
 
 namespace {
@@ -135,6 +137,73 @@ void single_tables() {
   mpfr_clear(v);
 }
 
+// The single _native kernel's series: atan(r) = r + r s P(s) on r in [0, 1],
+// s = r^2, P with kFastTerms coefficients (lowest power first), the minimax
+// fit of (atan(r)/r - 1)/s in the relative error of the series (weight
+// s r/atan(r); s from 2^-20, below which the weight is negligible), rounded
+// to single; and P/pi for the half-turn forms (atanpi(r) = r/pi + r s P/pi).
+// The series with the rounded coefficients (exact arithmetic) must stay
+// within kFastBudget relative.
+constexpr int kFastTerms = 8;
+constexpr double kFastBudget = 0x1p-25;
+void single_fast_series() {
+  for (int pi_unit = 0; pi_unit < 2; ++pi_unit) {
+    auto g = [pi_unit](mpfr_t out, mpfr_t s) {
+      M r, p;
+      mpfr_sqrt(r, s, MPFR_RNDN);
+      mpfr_atan(out, r, MPFR_RNDN);
+      mpfr_div(out, out, r, MPFR_RNDN);
+      mpfr_sub_ui(out, out, 1, MPFR_RNDN);
+      mpfr_div(out, out, s, MPFR_RNDN);
+      if (pi_unit) mpfr_const_pi(p, MPFR_RNDN), mpfr_div(out, out, p, MPFR_RNDN);
+    };
+    auto wt = [pi_unit](mpfr_t out, mpfr_t s) {
+      M r, a, p;
+      mpfr_sqrt(r, s, MPFR_RNDN);
+      mpfr_atan(a, r, MPFR_RNDN);
+      mpfr_mul(out, s, r, MPFR_RNDN);
+      mpfr_div(out, out, a, MPFR_RNDN);
+      if (pi_unit) mpfr_const_pi(p, MPFR_RNDN), mpfr_mul(out, out, p, MPFR_RNDN);
+    };
+    double c[kFastTerms];
+    remez_fit_w(g, wt, kFastTerms, 0x1p-20, 1.0, true, c);
+    // Max relative error of r + r s P(s) (times 1/pi in the half-turn form,
+    // with 1/pi exact here) on 8192 points of (0, 1].
+    double worst = 0;
+    for (int i = 1; i <= 8192; ++i) {
+      M r, s, p, want, got, pi;
+      mpfr_set_d(r, i / 8192.0, MPFR_RNDN);
+      mpfr_sqr(s, r, MPFR_RNDN);
+      mpfr_set_d(p, c[kFastTerms - 1], MPFR_RNDN);
+      for (int k = kFastTerms - 2; k >= 0; --k) {
+        mpfr_mul(p, p, s, MPFR_RNDN);
+        mpfr_add_d(p, p, c[k], MPFR_RNDN);
+      }
+      mpfr_mul(p, p, s, MPFR_RNDN);
+      mpfr_const_pi(pi, MPFR_RNDN);
+      if (pi_unit) mpfr_ui_div(got, 1, pi, MPFR_RNDN), mpfr_add(p, p, got, MPFR_RNDN);
+      else mpfr_add_ui(p, p, 1, MPFR_RNDN);
+      mpfr_mul(got, p, r, MPFR_RNDN);
+      mpfr_atan(want, r, MPFR_RNDN);
+      if (pi_unit) mpfr_div(want, want, pi, MPFR_RNDN);
+      mpfr_sub(got, got, want, MPFR_RNDN);
+      mpfr_div(got, got, want, MPFR_RNDN);
+      worst = std::fmax(worst, std::fabs(mpfr_get_d(got, MPFR_RNDN)));
+    }
+    if (worst > kFastBudget) {
+      std::fprintf(stderr, "single fast series (%s): fit error %.3g above %.3g\n", pi_unit ? "pi" : "radians", worst,
+                   kFastBudget);
+      ++row_failures;
+    }
+    uint32_t b[kFastTerms];
+    for (int k = 0; k < kFastTerms; ++k) b[k] = bits32((float)c[k]);
+    char decl[96];
+    std::snprintf(decl, sizeof decl, "alignas(32) inline constexpr uint32_t %s[%d]",
+                  pi_unit ? "kAtanPiFastF" : "kAtanFastF", kFastTerms);
+    print_table32(decl, b, kFastTerms, 8);
+  }
+}
+
 }  // namespace
 
 int main() {
@@ -160,6 +229,12 @@ int main() {
       "// then (hi, lo) of atan(c) (pi/2 at node infinity) as singles, and of pi -\n"
       "// atan(c) (Neg), in radians and in half turns.\n");
   single_tables();
+  std::printf(
+      "// The single _native series: atan(r) = r + r s P(s), s = r^2, r in [0, 1],\n"
+      "// P's coefficients lowest power first (minimax in the series' relative error\n"
+      "// on r in [0, 1], rounded to single; max relative error of the series with\n"
+      "// these coefficients below 2^-25), and P/pi (kAtanPiFastF) for half turns.\n");
+  single_fast_series();
   close_file("atan_tables");
   return row_failures ? 1 : 0;
 }

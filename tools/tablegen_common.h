@@ -5,6 +5,7 @@
 
 #include <mpfr.h>
 
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -161,6 +162,77 @@ void cheb_fit_w(G g, int n, double wmax, bool single, double* coef, const double
   solve_linear(a[0][0], kMax, b[0], m);
   if (j) coef[0] = *first0;
   for (int i = 0; i < m; ++i) coef[j + i] = round_lane(b[i], single);
+}
+
+// The n coefficients of p(w) ~ g(w) on [lo, hi], lowest power first, that
+// minimize the weighted error max |(p(w) - g(w)) wt(w)| (Remez's exchange:
+// the n + 1 reference points start at the Chebyshev extrema and move to the
+// alternating extrema of the error on a grid of 8193 points until the
+// levelled error and the grid's maximum agree to 1e-6), each rounded to the
+// lane type. g(out, w) and wt(out, w) set out; wt > 0 on [lo, hi]. Returns
+// the levelled error of the unrounded fit.
+template <class G, class Wt>
+double remez_fit_w(G g, Wt wt, int n, double lo, double hi, bool single, double* coef) {
+  constexpr int kMax = 12, kGrid = 8193;
+  static double gx[kGrid], gg[kGrid], gw[kGrid];
+  for (int i = 0; i < kGrid; ++i) {
+    M x, v;
+    gx[i] = lo + (hi - lo) * i / (kGrid - 1);
+    mpfr_set_d(x, gx[i], MPFR_RNDN);
+    g(v, x);
+    gg[i] = mpfr_get_d(v, MPFR_RNDN);
+    wt(v, x);
+    gw[i] = mpfr_get_d(v, MPFR_RNDN);
+  }
+  double ref[kMax + 1], c[kMax], level = 0;
+  for (int i = 0; i <= n; ++i) ref[i] = (lo + hi) / 2 - (hi - lo) / 2 * std::cos(3.14159265358979323846 * i / n);
+  auto err = [&](int i) {
+    long double p = c[n - 1];
+    for (int k = n - 2; k >= 0; --k) p = p * gx[i] + c[k];
+    return (double)((p - gg[i]) * gw[i]);
+  };
+  for (int iter = 0; iter < 60; ++iter) {
+    // p(ref_i) + (-1)^i E / wt(ref_i) = g(ref_i): n + 1 equations in c and E.
+    M a[kMax + 1][kMax + 1], b[kMax + 1];
+    for (int i = 0; i <= n; ++i) {
+      M x, v;
+      mpfr_set_d(x, ref[i], MPFR_RNDN);
+      g(b[i], x);
+      for (int k = 0; k < n; ++k) mpfr_pow_ui(a[i][k], x, k, MPFR_RNDN);
+      wt(v, x);
+      mpfr_ui_div(a[i][n], 1, v, MPFR_RNDN);
+      if (i % 2) mpfr_neg(a[i][n], a[i][n], MPFR_RNDN);
+    }
+    solve_linear(a[0][0], kMax + 1, b[0], n + 1);
+    for (int k = 0; k < n; ++k) c[k] = mpfr_get_d(b[k], MPFR_RNDN);
+    level = std::fabs(mpfr_get_d(b[n], MPFR_RNDN));
+    // The extremum of each run of one sign, then the n + 1 largest in a row.
+    int at[kGrid], m = 0;
+    double worst = 0;
+    for (int i = 0; i < kGrid; ++i) {
+      const double e = err(i);
+      worst = std::fmax(worst, std::fabs(e));
+      if (m > 0 && (e < 0) == (err(at[m - 1]) < 0)) {
+        if (std::fabs(e) > std::fabs(err(at[m - 1]))) at[m - 1] = i;
+      } else {
+        at[m++] = i;
+      }
+    }
+    int first = 0;
+    while (m - first > n + 1) {
+      if (std::fabs(err(at[first])) < std::fabs(err(at[m - 1]))) ++first;
+      else --m;
+    }
+    if (m - first < n + 1) break;
+    for (int i = 0; i <= n; ++i) ref[i] = gx[at[first + i]];
+    if (worst <= level * (1 + 1e-6)) break;
+  }
+  for (int k = 0; k < n; ++k) {
+    M v;
+    mpfr_set_d(v, c[k], MPFR_RNDN);
+    coef[k] = round_lane(v, single);
+  }
+  return level;
 }
 
 // The opening of a table file: the header comment (whole "// ...\n" lines),

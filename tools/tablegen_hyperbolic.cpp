@@ -314,6 +314,67 @@ int main() {
     }
   }
 
+  // tanhf's fast class: e^r - 1 = r + r^2 Q(r) on |r| <= ln2/2 (with room
+  // for the single reduction's rounding), Q of degree 4 interpolating
+  // (e^r - 1 - r)/r^2 at its 5 Chebyshev nodes, coefficients rounded to
+  // single. The relative fit error of r + r^2 Q (exact arithmetic on the
+  // rounded coefficients) must stay below 2^-25, at most half a single's
+  // last place.
+  {
+    constexpr int m = 5;
+    const double h = mpfr_get_d(ln2, MPFR_RNDU) / 2 * (1 + 0x1p-20);
+    auto g = [](mpfr_t out, mpfr_t r) {  // (e^r - 1 - r)/r^2
+      mpfr_expm1(out, r, MPFR_RNDN);
+      mpfr_sub(out, out, r, MPFR_RNDN);
+      mpfr_div(out, out, r, MPFR_RNDN);
+      mpfr_div(out, out, r, MPFR_RNDN);
+    };
+    M a[m][m], b[m];
+    for (int k = 0; k < m; ++k) {
+      M r;
+      cheb_node(r, k, m, 2 * h);  // in [0, 2h]
+      mpfr_sub_d(r, r, h, MPFR_RNDN);
+      if (2 * k + 1 == m) {
+        mpfr_set_ui(r, 0, MPFR_RNDN);  // the middle node, 0: the limit 1/2
+        mpfr_set_d(b[k], 0.5, MPFR_RNDN);
+      } else {
+        g(b[k], r);
+      }
+      for (int i = 0; i < m; ++i) mpfr_pow_ui(a[k][i], r, i, MPFR_RNDN);
+    }
+    solve_linear(a[0][0], m, b[0], m);
+    double q[m];
+    for (int i = 0; i < m; ++i) q[i] = round_lane(b[i], true);
+    double worst = 0;
+    for (int i = -4096; i <= 4096; ++i) {
+      if (i == 0) continue;
+      M r, p, want;
+      mpfr_set_d(r, h * i / 4096, MPFR_RNDN);
+      mpfr_set_d(p, q[m - 1], MPFR_RNDN);
+      for (int k = m - 2; k >= 0; --k) {
+        mpfr_mul(p, p, r, MPFR_RNDN);
+        mpfr_add_d(p, p, q[k], MPFR_RNDN);
+      }
+      mpfr_mul(p, p, r, MPFR_RNDN);
+      mpfr_mul(p, p, r, MPFR_RNDN);
+      mpfr_add(p, p, r, MPFR_RNDN);
+      mpfr_expm1(want, r, MPFR_RNDN);
+      mpfr_sub(p, p, want, MPFR_RNDN);
+      mpfr_div(p, p, want, MPFR_RNDN);
+      worst = std::fmax(worst, std::fabs(mpfr_get_d(p, MPFR_RNDN)));
+    }
+    if (worst > 0x1p-25) {
+      std::fprintf(stderr, "tanhf expm1 fit: error %.3g above 2^-25\n", worst);
+      ++row_failures;
+    }
+    std::printf("// tanhf's fast class (float lanes): e^r - 1 = r + r^2 (q0 + q1 r + q2 r^2 + q3 r^3 + q4 r^4)\n"
+                "// on |r| <= ln2/2; Chebyshev interpolant of (e^r - 1 - r)/r^2, lowest power first;\n"
+                "// max relative fit error 2^%.1f.\n", std::log2(worst));
+    uint32_t bq[m];
+    for (int k = 0; k < m; ++k) bq[k] = bits32((float)q[k]);
+    print_table32("inline constexpr uint32_t kExpm1F[5]", bq, m, 5);
+  }
+
   close_file("hyperbolic_tables");
   return row_failures ? 1 : 0;
 }

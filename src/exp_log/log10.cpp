@@ -11,8 +11,10 @@
 // the same sampling as log2):
 //   log10   plain                 full   0.5007 ulp (worst x = 0x1.ff853a9423619p-1;
 //                                        also the scalar routine)
-//   log10   _native _half         fast   1.823e6 ulp (worst x = 0x1.ff8000ed67ed2p-1),
-//                                        relative 2.0e-10 = 2^-32.2 (the r^4/4
+//   log10   _native _half         fast   1.823e6 ulp on Ice Lake (worst x =
+//                                        0x1.ff8000ed67ed2p-1), 2.921e6 on Zen 3,
+//                                        whose reciprocal estimate differs:
+//                                        relative 2^-32.2 to 2^-31.5 (the r^4/4
 //                                        truncation just below 1)
 //   log10f  plain                 full   0.5777 ulp (every positive normal single
 //                                        checked): in single, eight-interval table

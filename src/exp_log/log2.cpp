@@ -18,8 +18,10 @@
 // twelve binades and the denormals):
 //   log2   plain                  full   0.5004 ulp (worst x = 0x1.fe94d8f0e9a84p-1;
 //                                        also the scalar routine)
-//   log2   _native _half _rm      fast   1.782e6 ulp (worst x = 0x1.fe9ffc534e359p-1),
-//                                        relative 2.0e-10 = 2^-32.2 (the r^4/4
+//   log2   _native _half _rm      fast   1.782e6 ulp on Ice Lake (worst x =
+//                                        0x1.fe9ffc534e359p-1), 2.426e6 on Zen 3,
+//                                        whose reciprocal estimate differs:
+//                                        relative 2^-32.2 to 2^-31.8 (the r^4/4
 //                                        truncation just below 1)
 //   log2f  plain _rm              full   0.6336 ulp (every positive normal single
 //                                        checked): in single, eight-interval table

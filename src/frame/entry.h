@@ -12,6 +12,7 @@
 //     template <int L> static Mask<double, L> settle(Vec<double, L> x, Vec<double, L>& r,
 //                                                   Mask<double, L> flagged);   // optional
 //     static int scalar(const double* x, double* r);
+//     static constexpr bool tied = true;   // optional: special() reads r
 //   };
 //
 // Signatures: `R(A...)` with lane types double, float, int32_t, uint32_t,
@@ -34,6 +35,9 @@
 //   flagged one by one, in lane order, to the family's scalar routine through
 //   the 64-byte aligned callout frame. So the common path has no stack frame
 //   and saves no register; the twin saves what the scalar calls clobber.
+//   The test is computed on its own ahead of the arithmetic, or, for a kernel
+//   whose test reads its result (`tied`), taken from the one computation
+//   whose results the common path returns.
 #pragma once
 
 #include "frame/simd.h"
@@ -58,6 +62,12 @@ struct Kernel {
   // The inline pass: lanes whose answer is a constant are fixed in the result
   // and dropped from the returned mask. By default nothing is settled inline.
   template <int L, class M, class... A> static RAVL_INLINE M settle(M flagged, A&&...) { return flagged; }
+  // Set when `special` reads the result (a lane test that is part of the
+  // computation, such as a result marked NaN in the flagged lanes): the entry
+  // then computes the call once and tests the mask of that computation, and
+  // returns its results when no lane is flagged. Otherwise the test is
+  // computed on its own, from the inputs, ahead of the arithmetic.
+  static constexpr bool tied = false;
 };
 
 // ---- signature analysis ----------------------------------------------------
@@ -251,11 +261,22 @@ template <class K, int W> struct Entry {
       if constexpr (P::nin > 2) s.in2[0][3] = (InT<2>)K::width3_fill;
     }
     uint32_t mask = 0;
-    unroll<n>([&](auto ci) {
-      constexpr int c = decltype(ci)::value;
-      s.out[c] = call_vec(s, c);
-      if constexpr (K::has_callout) mask |= bits(call_special(s, c)) << (c * L);
-    });
+    if constexpr (K::tied) {
+      // Always in line, however large the kernel: the common path returns
+      // this computation's results, which an out-of-line step would pass
+      // through memory (and the entry would save the registers it clobbers).
+      unroll<n>([&](auto ci) __attribute__((always_inline)) {
+        constexpr int c = decltype(ci)::value;
+        s.out[c] = call_vec(s, c);
+        mask |= bits(call_special(s, c)) << (c * L);
+      });
+    } else {
+      unroll<n>([&](auto ci) {
+        constexpr int c = decltype(ci)::value;
+        s.out[c] = call_vec(s, c);
+        if constexpr (K::has_callout) mask |= bits(call_special(s, c)) << (c * L);
+      });
+    }
     s.mask = mask & lane_bits;
     if constexpr (K::has_callout && full) {
       if (s.mask != 0) {
@@ -271,6 +292,8 @@ template <class K, int W> struct Entry {
     }
     return s;
   }
+
+  static constexpr bool tied = K::tied;
 
   // True when some lane needs the slow function (the common path's only test).
   template <class... Img> static RAVL_INLINE bool flagged(Img... img) {
@@ -406,7 +429,10 @@ template <class K, int W> struct Entry {
   // through a pointer, stores exactly W lanes of it there; with two register
   // results, returns both images one after the other.
   template <bool full, class... Img> static RAVL_INLINE auto reg(void* ptr, Img... img) {
-    State s = compute<full>(img...);
+    return reg_out(ptr, compute<full>(img...));
+  }
+  // The same from a call already computed (the common path of a tied kernel).
+  static RAVL_INLINE auto reg_out(void* ptr, const State& s) {
     if constexpr (P::ptr_out) store_lanes<O1>(ptr, out_image<1>(s));
     if constexpr (two && !P::ptr_out) return pair_image(s);
     else return out_image<0>(s);
@@ -428,7 +454,10 @@ template <class K, int W> struct Entry {
   // By-address form: arguments and results as register images in memory
   // (any alignment); returns the result address.
   template <bool full, class... Ptr> static RAVL_INLINE void* mem(void* res, const Ptr*... p) {
-    State s = load_and_compute<full>(p...);
+    return mem_out(load_and_compute<full>(p...), res, p...);
+  }
+  // The same from a call already computed (the common path of a tied kernel).
+  template <class... Ptr> static RAVL_INLINE void* mem_out(const State& s, void* res, const Ptr*... p) {
     if constexpr (P::ptr_out) {
       const void* ptrs[] = {p...};
       store_lanes<O1>(const_cast<void*>(ptrs[P::nin]), out_image<1>(s));

@@ -10,8 +10,8 @@
 //
 // Classes and measured max errors (tests/accuracy_test.cpp against MPFR; the
 // test asserts the bounds kept in its table, kBounds):
-//   atanh   plain     full   0.5001 ulp (x = 0x1.1f2ca33189419p-12): w = (1 + a)/(1 - a) as a double-double, ln full
-//   atanh   _native   fast   1.652 ulp (x = 0x1.c0e6f08ebd4p-10): the same w, the fast ln
+//   atanh   plain     full   0.5005 ulp (x = 0x1.dce46c6e5e357p-13): z = 2a/(1 - a) as zh + zl, ln(1 + z) full
+//   atanh   _native   fast   2.761 ulp (x = 0x1.ffe7fa9ab731ep-13): the same z, the fast ln
 //   atanhf  plain     full   all in single: w as u + d0, the single ln carrying d0, the series
 //   atanhf  _native   fast   below 2^-5: one algorithm, 0.5338 ulp (1.2e7 samples, uniform and by bit pattern)
 #include "hyperbolic/inv_hyp.h"
@@ -31,24 +31,44 @@ constexpr float kT9f = f32_bits(0x3de38e39u);           // 1/9 = 0.111111112
 
 // ---- double ---------------------------------------------------------------------
 //
-// w = (1 + a)/(1 - a) as u + c:
-//   nh + nl = 1 + a, dh + dl = 1 - a  Fast2Sum each (exact; dl = 0 from a = 1/2 on);
-//   i = RN(1/dh), wh = RN(nh i)       within 2^-52 of w;
-//   wl = (nh - wh dh + nl - wh dl) i  the fused residual nh - wh dh (its rounding
-//                                     2^-53 of a residual near 2^-52 w) plus the
-//                                     low parts, so wh + wl = w within about 2^-103
-//                                     relative (absolute near w = 1);
-//   u + c = wh + wl                   Fast2Sum (wh >= 1 > |wl|), |c| <= ulp(u)/2.
-// Then atanh a = ln(u + c)/2 (the halving is exact). 1 - a >= 2^-53 keeps w
-// below 2^54, inside the log1p kernels' range. Below a = 2^-27 the result is x.
-// nh + nl = 1 + a and dh + dl = 1 - a exactly (Fast2Sum each, 0 <= a <= 1),
-// in either precision.
+// atanh a = ln(1 + z)/2, z = 2a/(1 - a), with z as zh + zl:
+//   dh + dl = 1 - a                Fast2Sum (exact; dl = 0 from a = 1/2 on);
+//   zh = RN(2a/dh)                 2a exact; 1 - a >= 2^-53 keeps zh below 2^54,
+//                                  inside the log1p kernels' range;
+//   zl = (2a - zh dh - zh dl)/dh   the fused residual 2a - zh dh is exact (the
+//                                  remainder of a rounded quotient); the step
+//                                  with dl and the division round by 2^-53 of zl;
+//   zh + zl = z + (z - zh) dl/dh, with |z - zh| <= 2^-52 z (two roundings)
+//   and |dl/dh| <= 2^-53: within 2^-104 relative of z.
+// 1 + z as u + c: u = RN(1 + zh) and c = its rounding error (Fast2Sum with the
+// operands ordered by magnitude, exact) plus zl, |c| <= 1.5 ulp(u). Then
+// atanh a = ln(u + c)/2 by the log1p family's kernels, which read c into the
+// reduced argument as d = c R 2^(1013 - E), |d| <= 1.5 * 2^-52 (1 + r). Their
+// Fast2Sum of the reduced sum S and d needs |S| >= |d|: S is the table term
+// plus r, at least ln(1 + 1/1023.5) - 1.35e-3 in magnitude, except where the
+// table term is 0 (u in [1, 1 + 1/2048)), and there S = r = u - 1 >= 2^-26,
+// as z >= 2^-26 on the lanes kept (a >= 2^-27).
+// The reduction of u starts as soon as zh is known; zl (a second division)
+// is formed meanwhile and joins through c. The halving is exact, taken on
+// the exponent field: ln(u + c) >= 2^-26 is a normal double on the lanes
+// kept. Below a = 2^-27 the result is x.
+//   plain     0.5005 ulp (x = 0x1.dce46c6e5e357p-13): the full ln;
+//   _native   2.761 ulp (x = 0x1.ffe7fa9ab731ep-13): the fast ln, whose worst
+//             place is ln(1 + z) near z = 2^-11 (R = 1023, where its table
+//             term and r cancel to half the term).
+
+// dh + dl = 1 - a exactly (Fast2Sum, 0 <= a <= 1), in either precision;
+// nh + nl = 1 + a likewise.
+template <class V> RAVL_INLINE void one_minus(V a, V& dh, V& dl) {
+  V one(1.0);
+  dh = one - a;
+  dl = (one - dh) - a;
+}
 template <class V> RAVL_INLINE void one_plus_minus(V a, V& nh, V& nl, V& dh, V& dl) {
   V one(1.0);
   nh = one + a;
   nl = (one - nh) + a;
-  dh = one - a;
-  dl = (one - dh) - a;
+  one_minus(a, dh, dl);
 }
 
 template <class Ln> struct Atanh : frame::Kernel {
@@ -57,15 +77,19 @@ template <class Ln> struct Atanh : frame::Kernel {
 
   template <int L> static RAVL_INLINE VD<L> vec(VD<L> x) {
     using V = VD<L>;
+    using U = UD<L>;
     V one(1.0);
-    V a = abs_of(x), nh, nl, dh, dl;
-    one_plus_minus(a, nh, nl, dh, dl);
-    V i = one / dh;
-    V wh = nh * i;
-    V wl = ((nl - fms(wh, dh, nh)) - wh * dl) * i;
-    V u, c;
-    fast2sum(wh, wl, u, c);
-    return odd_result(x, a, V(0.5) * Ln::ln(u, c), kTiny);
+    V a = abs_of(x), dh, dl;
+    one_minus(a, dh, dl);
+    V t = a + a;
+    V zh = t / dh;
+    V zl = fnma(zh, dl, fnma(zh, dh, t)) / dh;
+    V big = hw_max(zh, one), small = hw_min(zh, one);
+    V u = one + zh;
+    V c = (small - (u - big)) + zl;
+    // ln(u + c)/2: 2^52 off the pattern, then the sign of x ORed in.
+    V y = as_float<V>((as_uint(Ln::ln(u, c)) - U(1ull << 52)) | (as_uint(x) & U(kSign)));
+    return select(a < V(kTiny), x, y);
   }
   // Not |x| < 1 (NaN included).
   template <int L> static RAVL_INLINE Mask<double, L> special(VD<L> x, VD<L>) {

@@ -8,8 +8,10 @@
 // The other members settle every lane inline (no scalar routine):
 //   tanh _native                  E/(E + 2), E = e^(2|x|) - 1 (expm1's fast
 //                                 double kernel), |x| clamped to 20 first;
-//   tanhf plain, tanhf _native    sinh/cosh from one reduction (the pair
-//                                 kernel), in double and in single.
+//   tanhf plain                   sinh/cosh from one reduction (the pair
+//                                 kernel) in double, rounded once;
+//   tanhf _native                 E/(E + 2), E = e^(2|x|) - 1 by a short
+//                                 single kernel, |x| clamped to 10 first.
 // Special inputs give the same results in every class: +-inf -> +-1, NaN ->
 // NaN, +-0 -> +-0, |x| >= 20 -> +-1.
 //
@@ -124,7 +126,7 @@ struct TanhFast : frame::Kernel {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) { return tanh_fast<L>(x); }
 };
 
-// ---- single: the pair kernel, no scalar routine -----------------------------------
+// ---- single, full class: the pair kernel, no scalar routine -----------------------
 //
 // tanh a = sinh a / cosh a = (Dm C + Dp S)/(Dp C + Dm S) from the pair kernel
 // (hyperbolic/sinh_cosh.h) on a = min(|x|, 10): at n = 0 the quotient is S/C,
@@ -132,10 +134,8 @@ struct TanhFast : frame::Kernel {
 // up tanh rounds to 1 in single, and at a = 10 the quotient is 1 - 2^-27.6
 // (rounds to 1). An infinite x becomes 10 and gives +-1; a NaN lane takes x + x
 // back by a blend. The sign of x is ORed back: tanh(-x) = -tanh(x) bit for bit.
-//   tanhf plain     the kernel on the widened lanes in double (fit 2^-44.2),
-//                   one division, rounded once to single: 0.500 ulp;
-//   tanhf _native   the kernel on the float lanes, one single division: 3.0 ulp
-//                   (near 1, where the sums of the quotient each round).
+// tanhf plain: the kernel on the widened lanes in double (fit 2^-44.2), one
+// division, rounded once to single: 0.500 ulp.
 using sinh_cosh::PairParts;
 using sinh_cosh::PairRows;
 using sinh_cosh::pair_parts;
@@ -156,9 +156,59 @@ struct TanhfFull : frame::Kernel {
     return via_double<L>(x, [](F64x4 v) { return tanh_pair<double, 4>(v); });
   }
 };
+
+// ---- single, fast class: E/(E + 2) with a single e^(2a) - 1 ------------------------
+//
+// tanh a = E/(E + 2), E = e^(2a) - 1, on a = min(|x|, 10) (tanh rounds to 1
+// from 9.01 up; an infinite x becomes 10 and gives +-1; a NaN lane takes x + x
+// back by a blend). With b = 2a (exact), n = round(b/ln2) (the shifter's low
+// bits), r = b - n ln2 in one fused step with ln2 as one single (0x3f317218,
+// 1.9e-9 above ln2: r is off by n 1.9e-9, which moves tanh by at most 2^-27.4
+// relative, at n = 1 and a near 0.17), |r| <= ln2/2 (with the reduction's
+// rounding), t = 2^n (n moved into the exponent field of 1.0):
+//   E = t (e^r - 1) + (t - 1),  e^r - 1 ~ p = r + r^2 Q(r)
+// (tables/hyperbolic.h kExpm1F, relative fit error 2^-25.3), one fused step
+// on t - 1, which is exact for n <= 24 (n is at most 29, from a = 10, where
+// E/(E + 2) rounds to 1 whatever the last bits of E). At n = 0 (a < 0.1733) E
+// is p: small a keeps its relative accuracy, and a denormal a gives r = 2a,
+// p = r (r^2 underflows to 0) and 2a/(2a + 2) = a exactly. Then one single
+// division; the sign of x is ORed back (tanh(-x) = -tanh(x) bit for bit).
+// Max error 2.456 ulp (every single; x = 0x1.fe087cp-6): the fit, the rounding
+// of p and of E, of E + 2 and of the quotient.
+struct Expm1FRows {
+  // 1/ln2, the shifter 1.5 * 2^23, ln2 (exp_common.h), 1, 2 and the clamp 10.
+  Row<float> inv_ln2 = row(exp_common::kInvLn2f), shift = row(exp_common::kShiftf), ln2 = row(exp_common::kLn2f),
+             one = row(1.0f), two = row(2.0f), last = row(10.0f);
+  Row<float> q[5] = {row(f32_bits(hyperbolic_tables::kExpm1F[0])), row(f32_bits(hyperbolic_tables::kExpm1F[1])),
+                     row(f32_bits(hyperbolic_tables::kExpm1F[2])), row(f32_bits(hyperbolic_tables::kExpm1F[3])),
+                     row(f32_bits(hyperbolic_tables::kExpm1F[4]))};
+  // The bits of 1.0 (0x3f800000), |x| and the sign bit.
+  Row<uint32_t> one_bits = row(0x3f800000u), abs = row(0x7fffffffu), sign = row(0x80000000u);
+};
+inline constexpr Expm1FRows kExpm1FRows{};
+
 struct TanhfFast : frame::Kernel {
   using sig = float(float);
-  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) { return tanh_pair<float, L>(x); }
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
+    using V = Vec<float, L>;
+    using U = Vec<uint32_t, L>;
+    const Expm1FRows& k = rows(kExpm1FRows);
+    V a = hw_min(as_float<V>(as_uint(x) & get<U>(k.abs)), get<V>(k.last));
+    V b = a + a;
+    V v = fma(b, get<V>(k.inv_ln2), get<V>(k.shift));
+    V n = v - get<V>(k.shift);
+    V r = fnma(n, get<V>(k.ln2), b);
+    V q = fma(fma(fma(fma(get<V>(k.q[4]), r, get<V>(k.q[3])), r, get<V>(k.q[2])), r, get<V>(k.q[1])), r,
+              get<V>(k.q[0]));
+    V p = fma(r * r, q, r);
+    // v's low bits hold n: shifted by 23 and added to the bits of 1.0 they
+    // make 2^n (the shifter's own bits leave the register).
+    V t = as_float<V>((as_uint(v) << 23) + get<U>(k.one_bits));
+    V e = fma(t, p, t - get<V>(k.one));
+    V y = e / (e + get<V>(k.two));
+    y = as_float<V>(as_uint(y) | (as_uint(x) & get<U>(k.sign)));
+    return select(is_nan(x), x + x, y);
+  }
 };
 
 }  // namespace tanh_detail

@@ -18,12 +18,6 @@
 #include "tables/log.h"
 #include "tables/pow.h"
 
-// The vec of the kernels whose body is too large for the inliner to fold the
-// frame's per-chunk step into the entry point (the accurate pown and rootn
-// paths, the single families' paths in double): one out-of-line function
-// without side effects, so that the lane test and the result share one call.
-#define RAVL_POW_BODY __attribute__((noinline, const))
-
 namespace ravl {
 namespace pow_core {
 
@@ -703,10 +697,13 @@ inline int narrow(int status, double r, float* rp) {
 // ---- kernel bases -------------------------------------------------------------------
 
 // The marked lanes (NaN results, see mark()) go to the scalar routine Scalar,
-// which every class of the family shares.
+// which every class of the family shares. The test reads the result (tied):
+// the entry computes log2 x, y log2 x and the exponential once, for the test
+// and for the result it returns.
 template <class T, class A, int (*Scalar)(const T*, const A*, T*)> struct MarkedKernel : frame::Kernel {
   using sig = T(T, A);
   static constexpr bool has_callout = true;
+  static constexpr bool tied = true;
   template <int L> static RAVL_INLINE Mask<T, L> special(Vec<T, L>, Vec<A, L>, Vec<T, L> r) { return is_nan(r); }
   static RAVL_INLINE int scalar(const T* x, const A* y, T* r) { return Scalar(x, y, r); }
 };

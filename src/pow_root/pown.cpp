@@ -33,7 +33,7 @@ RAVL_INLINE int pownf_scalar(const float* x, const int32_t* n, float* r) {
 constexpr uint64_t kPownBoundWord = 0x408eefffu;
 
 struct PownFull : MarkedKernel<double, int32_t, pown_scalar> {
-  template <int L> static RAVL_POW_BODY Vec<double, L> vec(Vec<double, L> x, Vec<int32_t, L> n) {
+  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x, Vec<int32_t, L> n) {
     return on_chunk([](F64x4 a, I32x4 b) __attribute__((always_inline)) { return pown_accurate<false, kPownBoundWord>(a, b); }, x, n);
   }
 };
@@ -43,7 +43,7 @@ struct PownFast : MarkedKernel<double, int32_t, pown_scalar> {
   }
 };
 struct PownfFull : MarkedKernel<float, int32_t, pownf_scalar> {
-  template <int L> static RAVL_POW_BODY Vec<float, L> vec(Vec<float, L> x, Vec<int32_t, L> n) {
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x, Vec<int32_t, L> n) {
     return on_singles([](F64x4 a, I32x4 b) __attribute__((always_inline)) { return pown_fast<false, true>(a, b); }, x, n);
   }
 };

@@ -36,7 +36,7 @@ RAVL_INLINE int rootnf_scalar(const float* x, const int32_t* n, float* r) {
 constexpr uint64_t kRootnBoundWord = 0x408fefffu;
 
 struct RootnFull : MarkedKernel<double, int32_t, rootn_scalar> {
-  template <int L> static RAVL_POW_BODY Vec<double, L> vec(Vec<double, L> x, Vec<int32_t, L> n) {
+  template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x, Vec<int32_t, L> n) {
     return on_chunk([](F64x4 a, I32x4 b) __attribute__((always_inline)) { return pown_accurate<true, kRootnBoundWord>(a, b); }, x, n);
   }
 };
@@ -46,7 +46,7 @@ struct RootnFast : MarkedKernel<double, int32_t, rootn_scalar> {
   }
 };
 struct RootnfFull : MarkedKernel<float, int32_t, rootnf_scalar> {
-  template <int L> static RAVL_POW_BODY Vec<float, L> vec(Vec<float, L> x, Vec<int32_t, L> n) {
+  template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x, Vec<int32_t, L> n) {
     return on_singles([](F64x4 a, I32x4 b) __attribute__((always_inline)) { return pown_fast<true, true>(a, b); }, x, n);
   }
 };

@@ -194,5 +194,17 @@ alignas(32) inline constexpr uint32_t kAtanPiFNegLo[8] = {
     0x326cef98u, 0xb2928472u, 0x00000000u, 0x00000000u, 0x32af888au, 0x32928472u, 0xb26cef98u, 0x00000000u,
 };
 
+// The single _native series: atan(r) = r + r s P(s), s = r^2, r in [0, 1],
+// P's coefficients lowest power first (minimax in the series' relative error
+// on r in [0, 1], rounded to single; max relative error of the series with
+// these coefficients below 2^-25), and P/pi (kAtanPiFastF) for half turns.
+alignas(32) inline constexpr uint32_t kAtanFastF[8] = {
+    0xbeaaaa6eu, 0x3e4cbc7au, 0xbe11856eu, 0x3dda7095u, 0xbd9aab5bu, 0x3d30feecu, 0xbc861609u, 0x3b3f6917u,
+};
+
+alignas(32) inline constexpr uint32_t kAtanPiFastF[8] = {
+    0xbdd94c62u, 0x3d8256d2u, 0xbd39488au, 0x3d0b1026u, 0xbcc4ee5fu, 0x3c615ba8u, 0xbbaab944u, 0x3a73b620u,
+};
+
 }  // namespace atan_tables
 }  // namespace ravl

@@ -416,5 +416,12 @@ alignas(64) inline constexpr uint64_t kPairD[8] = {
     0x3fc5555555554f97ull, 0x3f8111111170ad56ull, 0x3f2a019c3721fb3eull, 0x3ec72ad3ae3ed784ull,
 };
 
+// tanhf's fast class (float lanes): e^r - 1 = r + r^2 (q0 + q1 r + q2 r^2 + q3 r^3 + q4 r^4)
+// on |r| <= ln2/2; Chebyshev interpolant of (e^r - 1 - r)/r^2, lowest power first;
+// max relative fit error 2^-25.3.
+inline constexpr uint32_t kExpm1F[5] = {
+    0x3f000000u, 0x3e2aaa6fu, 0x3d2aaa8du, 0x3c0905b1u, 0x3ab6887eu,
+};
+
 }  // namespace hyperbolic_tables
 }  // namespace ravl

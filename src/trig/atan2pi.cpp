@@ -2,8 +2,9 @@
 // of the pair (|x|, |y|) around a node near |y|/|x| by one division on the
 // pair itself (never the rounded quotient), the x < 0 rows (1 - angle) and
 // the sign of y. Lanes with max(|x|, |y|) out of [2^-900, 2^1000] (singles:
-// [2^-40, 2^100]), a nonzero ratio below 2^-60, infinities, zero pairs and
-// NaN go to the scalar routine:
+// [2^-40, 2^100]), a nonzero ratio below 2^-60 (plain class only),
+// infinities, zero pairs and NaN go to the scalar routine (atan2pif
+// _native: only NaN, zero pairs and infinite pairs):
 // NaN -> NaN, the C99 angles of zeros and infinities (+-0 and +-1 for y =
 // +-0 by the sign of x, +-1/2 for x = +-0, +-1/4 and +-3/4 for infinite
 // pairs), tiny ratios as a double-word quotient, scaling by 2^-+600
@@ -13,7 +14,7 @@
 //   atan2pi    plain    full   0.738 ulp (y = 0x1.44fd2ee6efd36p-948, x = 0x1.fefff9b9e7e7dp+72)
 //   atan2pi    _native  fast   466.3 ulp (y = 0x1.28dc564f331ep-3, x = 0x1.293fd477a594ep+1)
 //   atan2pif   plain    full   0.5125 ulp (y = 0x1.3470dp+1, x = 0x1.b1f48ep+1)
-//   atan2pif   _native  fast   2.429 ulp (y = -0x1.7d0a84p-3, x = 0x1.0b3426p+1)
+//   atan2pif   _native  fast   1.641 ulp (y = -0x1.0f78dp+1, x = 0x1.233a9ap+1; atan2f's kernel in half turns)
 #include "trig/atan_core.h"
 
 namespace ravl {

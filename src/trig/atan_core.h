@@ -175,17 +175,22 @@ RAVL_INLINE Vec<double, L> atan2_pair(Vec<double, L> y, Vec<double, L> x, Vec<do
 
 // The lanes atan2_pair cannot take: max(|x|, |y|) outside [2^-900, 2^1000],
 // a nonzero ratio q below 2^-60 (there |y| may be too small for the
-// division's residual, and u/pi's low parts, to be normal), infinities, zero
-// pairs and NaN (q = |y|/|x| NaN).
+// division's residual, and u/pi's low parts, to be normal: the full class
+// only; the fast class has neither, its angle at node 0 is u (or pi - u),
+// u = |y|/|x| correctly rounded, u/pi rounded once), infinities, zero pairs
+// and NaN (q = |y|/|x| NaN).
 struct FlagRows {
   Row<double> lo = row(0x1p-900), hi = row(0x1p1000), qlo = row(0x1p-60);
 };
 inline constexpr FlagRows kFlagRows{};
-template <int L> RAVL_INLINE Mask<double, L> atan2_flag(Vec<double, L> y, Vec<double, L> x, Vec<double, L> q) {
+template <bool kFull, int L>
+RAVL_INLINE Mask<double, L> atan2_flag(Vec<double, L> y, Vec<double, L> x, Vec<double, L> q) {
   using V = Vec<double, L>;
   const FlagRows& k = rows(kFlagRows);
   V m = hw_max(abs(y), abs(x));
-  return not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | ((q < get<V>(k.qlo)) & (q > V(0))) | is_nan(q);
+  auto flag = not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | is_nan(q);
+  if constexpr (kFull) flag = flag | ((q < get<V>(k.qlo)) & (q > V(0)));
+  return flag;
 }
 
 // The special-lane routine of atan2 and atan2pi (half = pi or 1, the angle
@@ -242,8 +247,9 @@ template <class F> RAVL_INLINE int atan2_scalar(double y, double x, double* r, c
 // rounds once with its error dl exact by Fast2Sum on the ordered terms; so
 // the full class's u + (r - u dl)/d is n/D to 2^-40 (r = n - u d exact, the
 // quotient taken with the reciprocal estimate). Taylor terms to u^9/9 (full;
-// remainder below 2^-28.5 |u|) or u^7/7 (fast, 2^-23.2 |u|, on a term below
-// 0.3 of the angle where |u| is largest).
+// remainder below 2^-28.5 |u|) or u^7/7 (atanf's fast class, 2^-23.2 |u|, on
+// a term below 0.3 of the angle where |u| is largest). atan2f's fast class
+// has no nodes (atan2f_fast below).
 constexpr float kInvPiF = (float)kInvPi;                        // 1/pi rounded, 0x3ea2f983
 constexpr float kInvPiLoF = (float)(kInvPi - (double)kInvPiF);  // the next 24 bits of 1/pi
 
@@ -297,7 +303,7 @@ RAVL_INLINE Vec<float, L> anglef(Vec<float, L> Y, Vec<float, L> X, Vec<float, L>
     V e = (hi - S) + v;
     r = S + fma(u * s, p, low + e);
   } else {
-    if constexpr (kSigned) u = as_float<V>(as_uint(u) ^ sign_bit(neg));
+    static_assert(!kSigned, "the fast class of the pairs is atan2f_fast");
     V p = horner<3>(s, k.c);
     V v = kPi ? u * get<V>(k.ipi) : u;
     r = hi + fma(u * s, p, v);
@@ -312,6 +318,71 @@ template <bool kPi, bool kFull, int L> RAVL_INLINE Vec<float, L> atanf1(Vec<floa
   const FRows<kPi>& k = rows(kFRows<kPi>);
   V ay = hw_min(get<V>(k.max), abs(x));
   return anglef<kPi, kFull, false>(ay, V(1), ay * get<V>(k.sqrt2), V(0), x, k);
+}
+
+// ---- single lanes, _native class ----------------------------------------------
+//
+// No nodes and no table: the pair is ordered, r = min(X, Y) / max(X, Y) in
+// [0, 1] by one division, and atan(r) = r + r s P(s), s = r^2, with the
+// 8-term minimax series of tables/atan.h (relative error below 2^-25 with
+// its single coefficients; P/pi in half turns). The first-quadrant
+// angle is then r's angle, or the quarter turn minus it where Y > X (the
+// pair swapped), and for a negative first coordinate the half turn minus
+// that: B + sigma t with B = quarter (swapped), half (x < 0) or 0, and sigma
+// = -1 where exactly one of the two holds. Near r = 1 in the swapped case
+// (angle pi/4) the roundings of r, of t and of pi/2 (0.73 ulp of pi/4) add
+// up to 2 ulp; measured bounds in atan2.cpp and atan2pi.cpp.
+template <bool kPi> struct FastRowsF {
+  static constexpr const uint32_t* kP = kPi ? atan_tables::kAtanPiFastF : atan_tables::kAtanFastF;
+  static constexpr int kTerms = sizeof atan_tables::kAtanFastF / sizeof(uint32_t);
+  Row<float> p[kTerms] = {row(f32_bits(kP[0])), row(f32_bits(kP[1])), row(f32_bits(kP[2])),
+                          row(f32_bits(kP[3])), row(f32_bits(kP[4])), row(f32_bits(kP[5])),
+                          row(f32_bits(kP[6])), row(f32_bits(kP[7]))};
+  Row<float> ipi = row(kInvPiF), ipi_lo = row(kInvPiLoF);
+  // The quarter and half turns: pi/2 and pi rounded (0x3fc90fdb, 0x40490fdb),
+  // or 1/2 and 1.
+  Row<float> quarter = row(kPi ? 0.5f : f32_bits(0x3fc90fdbu)), half = row(kPi ? 1.0f : f32_bits(0x40490fdbu));
+  Row<uint32_t> sign = row(0x80000000u);
+};
+template <bool kPi> inline constexpr FastRowsF<kPi> kFastRowsF{};
+
+// B + sigma atan(n/d) (or /pi), sigma's sign bit in flip.
+template <bool kPi, int L>
+RAVL_INLINE Vec<float, L> fast_anglef(Vec<float, L> n, Vec<float, L> d, Vec<uint32_t, L> flip, Vec<float, L> b,
+                                      const FastRowsF<kPi>& k) {
+  using V = Vec<float, L>;
+  V r = n / d;
+  V s = r * r;
+  V p = horner<FastRowsF<kPi>::kTerms>(s, k.p);
+  // Half turns: r/pi rounded once with the series added, 1/pi in two parts
+  // (the rounding of r/pi and of 1/pi would cost an ulp each where the
+  // angle is near 1/4 and the result one binade below r/pi).
+  V t;
+  if constexpr (kPi) t = fma(r, get<V>(k.ipi), fma(r * s, p, r * get<V>(k.ipi_lo)));
+  else t = fma(r * s, p, r);
+  return b + as_float<V>(as_uint(t) ^ flip);
+}
+
+// atan2f(y, x), atan2pif(y, x): (n, d) = (min(|x|, |y|), max(|y|, |x|)),
+// operands in that order so that a NaN in either coordinate reaches the
+// quotient (min's NaN from |y|, max's from |x|). The quotient is NaN exactly
+// for NaN coordinates, zero pairs and infinite pairs: the lanes of the scalar
+// routine. Every other pair, denormal and infinite coordinates included, is
+// ordinary here: r = 0 on an axis gives the axis's angle (B, with the sign
+// of y: +-0, +-pi/2, +-pi).
+template <int L> RAVL_INLINE Vec<float, L> fast_quotient(Vec<float, L> y, Vec<float, L> x) {
+  return hw_min(abs(x), abs(y)) / hw_max(abs(y), abs(x));
+}
+template <bool kPi, int L> RAVL_INLINE Vec<float, L> atan2f_fast(Vec<float, L> y, Vec<float, L> x) {
+  using V = Vec<float, L>;
+  using U = Vec<uint32_t, L>;
+  const FastRowsF<kPi>& k = rows(kFastRowsF<kPi>);
+  V ay = abs(y), ax = abs(x);
+  U swap = as_uint(as_float<V>(ay > ax));
+  U flip = (swap ^ as_uint(x)) & get<U>(k.sign);
+  V b = select_sign(swap, select_sign(as_uint(x), V(0), get<V>(k.half)), get<V>(k.quarter));
+  V r = fast_anglef(hw_min(ax, ay), hw_max(ay, ax), flip, b, k);
+  return as_float<V>(as_uint(r) ^ sign_bit(y));
 }
 
 // ---- the kernels ------------------------------------------------------------
@@ -346,7 +417,7 @@ template <bool kPi, bool kFull> struct Atan2D : frame::Kernel {
     return atan2_pair<kPi, kFull ? 6 : 4, kFull>(y, x, abs(y) / abs(x));
   }
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> y, Vec<double, L> x, Vec<double, L>) {
-    return atan2_flag(y, x, abs(y) / abs(x));
+    return atan2_flag<kFull>(y, x, abs(y) / abs(x));
   }
   // The double routine, shared by both classes (and the single families).
   static RAVL_INLINE int scalar(const double* yp, const double* xp, double* rp) {
@@ -374,12 +445,17 @@ template <bool kPi, bool kFull> struct Atan2F : frame::Kernel {
   static constexpr bool has_callout = true;
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> y, Vec<float, L> x) {
     using V = Vec<float, L>;
-    const FRows<kPi>& k = rows(kFRows<kPi>);
-    V ay = abs(y), ax = abs(x);
-    return anglef<kPi, kFull, true>(ay, ax, (ay * get<V>(k.sqrt2)) * rcp_approx(ax), x, y, k);
+    if constexpr (!kFull) {
+      return atan2f_fast<kPi>(y, x);
+    } else {
+      const FRows<kPi>& k = rows(kFRows<kPi>);
+      V ay = abs(y), ax = abs(x);
+      return anglef<kPi, true, true>(ay, ax, (ay * get<V>(k.sqrt2)) * rcp_approx(ax), x, y, k);
+    }
   }
   template <int L> static RAVL_INLINE Mask<float, L> special(Vec<float, L> y, Vec<float, L> x, Vec<float, L>) {
     using V = Vec<float, L>;
+    if constexpr (!kFull) return is_nan(fast_quotient(y, x));
     const FlagRowsF& k = rows(kFlagRowsF);
     V m = hw_max(abs(y), abs(x)), q = abs(y) * rcp_approx(abs(x));
     return not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | ((q < get<V>(k.qlo)) & (q > V(0))) | is_nan(q);
