@@ -134,6 +134,17 @@ struct Log1pFull : frame::Kernel {
 
   // ln(u + c) from the reduction q of u + c, whose E the scalar routine may have moved.
   template <int L> static RAVL_INLINE Vec<double, L> core(const Log1pParts<L>& q, const Log1pFullRows& k) {
+    Vec<double, L> lo;
+    const Vec<double, L> hi = core_dd(q, k, lo);
+    return hi + lo;
+  }
+  // The same ln(u + c) unrounded, as hi + lo (returns hi = Y; lo = the tail
+  // with the sums' errors, |lo| below about 2^-8 |hi|): the gamma families
+  // take it as a double-word value: absolute error below about 1e-20 (the
+  // table's 3.2e-21 and E times ln 2's remainder 3.1e-24), and near u + c = 1,
+  // where the table row and E cancel, the series' 2^-70 relative.
+  template <int L>
+  static RAVL_INLINE Vec<double, L> core_dd(const Log1pParts<L>& q, const Log1pFullRows& k, Vec<double, L>& lo_out) {
     using V = Vec<double, L>;
     V a, b;
     logd::row16(log_tables::kLogFull, q.p, a, b);
@@ -148,7 +159,8 @@ struct Log1pFull : frame::Kernel {
               get<V>(k.p2));
     V rho = r + d;
     V tail = fma(rho * rho, P, lo);  // needs no S: off the sums' chain
-    return Y + ((tail + err) + err2);
+    lo_out = (tail + err) + err2;
+    return Y;
   }
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
     using V = Vec<double, L>;

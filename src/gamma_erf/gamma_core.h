@@ -1,9 +1,15 @@
 // The arithmetic shared by the gamma families (lgamma, lgammar, tgamma and
-// their single forms, in lgamma.cpp, lgammar.cpp and tgamma.cpp): the vector
-// path, written once for one double (the scalar routines) and for 4-lane
-// chunks, the special-value rules and the scalar routines.
+// their single forms, in lgamma.cpp, lgammar.cpp and tgamma.cpp): the 4-lane
+// vector paths, the special-value rules and the scalar routines.
 //
-// Positive x in [2^-1000, 2^1000] (the vector path):
+// Positive x in [2^-1000, 2^1000] (the vector paths, "the 4-lane vector
+// paths" below): plain double arithmetic with a few double-word steps, from
+// rows of width 1/8 on [1, 8) (expanded about the zeros 1 and 2 on the rows
+// that touch them), ln Gamma(1 + x) - ln x below 1 and Stirling in ln from 8;
+// Gamma = e^(ln Gamma) with the exponent as a double-word value.
+//
+// The scalar routines' accurate positive path (log2_gamma, shifted), for
+// the reflection below and for Gamma between 171.6 and its overflow:
 //   z = x + n, n = the number of k in 0..7 with x + k < 8 (so z >= 8 up to a
 //   rounding), P = x (x + 1) ... (x + n - 1), each factor x + k and the
 //   product carried as double-word values (P = 1 for x >= 8);
@@ -11,15 +17,8 @@
 //   (Stirling), log2 z from pow_core's log2_accurate (double-word, relative
 //   error below 2^-70), every product with its fused rounding error, S from
 //   the fitted remainder (tables/gamma.h, absolute error 2^-68.3);
-//   ln Gamma(x) = (log2 Gamma(z) - log2 P) ln 2, the difference exact, the
-//   product double-word, rounded once; Gamma(x) = 2^(log2 Gamma(z)) / P with
-//   pow_core's exp2_accurate of the double-word exponent and one double-word
-//   division.
-// The absolute error of log2 Gamma(z) - log2 P is below about 2^-64 for
-// moderate x (2^-70 relative of terms up to a few hundred), so ln Gamma keeps its relative accuracy except near its zeros
-// x = 1 and x = 2: the vector path flags |x - 1| < 1/16 and |x - 2| < 1/16,
-// where the scalar routine sums the Taylor series at 1 and 2 (zeta values,
-// tables/gamma.h) instead.
+//   log2 Gamma(x) = log2 Gamma(z) - log2 P, the difference exact, its
+//   absolute error below about 2^-64 for moderate x.
 //
 // Negative x (the scalar routines), reflection without a subtraction of
 // nearly equal large arguments:
@@ -37,6 +36,7 @@
 // the relative accuracy (measured: the accuracy table's comments).
 #pragma once
 
+#include "exp_log/log1p_core.h"
 #include "frame/entry.h"
 #include "pow_root/pow_core.h"
 #include "tables/gamma.h"
@@ -58,11 +58,11 @@ constexpr double kLn2Hi = kC<4>, kLn2Lo = kC<5>;                      // ln 2 = 
 constexpr double kLog2PiHi = kC<6>, kLog2PiLo = kC<7>;                // log2(pi) = 1.6514961294723187
 constexpr double kMinusEulerHi = kC<8>, kMinusEulerLo = kC<9>;        // -gamma = -0.57721566490153287
 constexpr double kOneMinusEulerHi = kC<10>, kOneMinusEulerLo = kC<11>;  // 1 - gamma = 0.42278433509846713
+constexpr double kHalfLnTwoPiHi = kC<12>, kHalfLnTwoPiLo = kC<13>;      // ln(2 pi)/2 = 0.91893853320467278
 template <int i> constexpr double kS = f64_bits(gamma_tables::kStirling[i]);
 constexpr double kShiftTo = 8.0;             // the Stirling series serves z >= 8
 constexpr double kVecLo = 0x1p-1000;         // 9.3326361850321888e-302, the vector path's lower bound
 constexpr double kVecHi = 0x1p1000;          // 1.0715086071862673e301, its upper bound (ln Gamma)
-constexpr double kNearRoot = 0.0625;         // |x - 1| or |x - 2| below 1/16: the Taylor series
 // The vector path's upper bound for Gamma, 0x4065733333333333: log2 Gamma(171.6)
 // = 1023.83, so the scale 2^k of exp2_accurate stays at k <= 1023.
 constexpr double kTgammaVecHi = 171.6;
@@ -160,84 +160,182 @@ template <class V> RAVL_INLINE V times_ln2(Dd<V> v) {
   return h + (fma(v.hi, V(kLn2Hi), -h) + fma(v.hi, V(kLn2Lo), v.lo * V(kLn2Hi)));
 }
 
-// ln Gamma(x) for x in [2^-1000, 2^1000].
-template <class V> RAVL_INLINE V lgamma_positive(V x) { return times_ln2(log2_gamma(x)); }
+// ---- the 4-lane vector paths (lanes they cannot serve made NaN) ----------------------
+//
+// ln Gamma(x) for x in [2^-1000, 2^1000] in plain double arithmetic with a
+// few double-word steps, three forms chosen per lane:
+//   1 <= x < 8: a row of tables/gamma.h (kPieces, rows of width 1/8 from 1):
+//     ln Gamma(c + u) = c0 + u (p0 + p1 u + ... + p11 u^11), u = x - c exact
+//     (c a multiple of 1/16 and |u| <= 1/8), c0 and p0 double-word; c is the
+//     zero 1 or 2 of ln Gamma on the rows that touch one (c0 = 0), so the
+//     result keeps its relative accuracy down to the zeros. Q = p1 + ... by
+//     Horner's rule, p0 + u Q as ph + pl (Fast2Sum), then T = th + tl with
+//     u ph exact (product and fused error) and th = c0_hi + u ph by Fast2Sum;
+//   x < 1: ln Gamma(x) = ln Gamma(1 + x) - ln x, the first from the row of
+//     1 + x with u = x - (c - 1) (exact: c - 1 is a multiple of 1/16 and
+//     |u| <= 1/8, or c = 1 and u = x), ln x double-word (lh + ll, the log1p
+//     family's full-table logarithm, error below 1e-20), the sum -lh + T_hi
+//     exact (TwoSum). Near x = 1 (1 + x near the zero 2) the terms cancel to
+//     0.58 of -ln x, whose error is far below the last place;
+//   x >= 8: Stirling, (x - 1/2) ln x - x + ln(2 pi)/2 + S(x), the product
+//     (x - 1/2)(lh + ll) double-word, S(x) = (1/x) h(1/x^2) (kStirlingLn,
+//     error 2^-60.6), the sums (x - 1/2) lh - x (Fast2Sum: (x - 1/2) ln x
+//     >= 15.6 > x) and + ln(2 pi)/2 (TwoSum) exact.
+// The result is hi + lo (|lo| up to 0.0105 in Stirling's form): ln Gamma
+// rounds it once, Gamma takes e^(hi + lo) with pow_core's accurate power of two. Its
+// absolute error stays below about 2^-60 up to x = 171.6 (ln x 1e-20 times
+// x - 1/2 at most 2^-59.5 at 171; the rows 2^-60.8, Stirling's S 2^-60.6),
+// so Gamma's relative error before its rounding is near 2^-59.
+constexpr double kPiecesEnd = 8.0;      // Stirling from here
+constexpr int kPieceStride = 16;        // doubles a row (kPieces)
+constexpr int kPieceStrideF = 8;        // doubles a row (kPiecesF)
+constexpr int kPieceRows = (int)(sizeof gamma_tables::kPieces / sizeof gamma_tables::kPieces[0]) / kPieceStride;
+template <int i> constexpr double kSL = f64_bits(gamma_tables::kStirlingLn[i]);
+template <int i> constexpr double kSLF = f64_bits(gamma_tables::kStirlingLnF[i]);
 
-// Gamma(x) for x in [2^-1000, 171.6].
-template <class V> RAVL_INLINE V tgamma_positive(V x) {
-  using T = Lanes<V>;
-  using U = typename T::U;
-  const Shifted<V> sh = shifted(x);
-  V hi, q;
-  const typename T::I k = pow_core::exp2_accurate(sh.g2, hi, q);
-  const V scale = T::num(((U)(k + 1023 * 128) >> 7) << 52);  // 2^(k >> 7), k >> 7 <= 1023
-  const V gh = hi * scale, gl = q * scale;                     // Gamma(z) = gh + gl
-  // gh / P by one reciprocal: rh = gh (1/P.hi) is within an ulp or so, the
-  // remainder of that quotient is exact and its correction small.
-  const V inv = V(1.0) / sh.p.hi;
-  const V rh = gh * inv;
-  const V rem = fma(-rh, sh.p.hi, gh);  // exact
-  return rh + (rem + (gl - rh * sh.p.lo)) * inv;
+// The row of x (1 + x for x < 1: d = 1) as a byte offset, kBytes a row:
+// floor(8 (x + d - 1)) clamped to the table (NaN lanes to row 0; lanes
+// from 8 up read the last row, which they do not use).
+template <int kBytes> RAVL_INLINE I64x4 piece_offset(F64x4 xd) {
+  const F64x4 t = hw_min(hw_max(fma(xd, F64x4(8.0), F64x4(-8.0)), F64x4(0.0)), F64x4(kPieceRows - 0.5));
+  return convert<int64_t>(cvtt_i32(t)) * kBytes;
 }
 
-// ---- the 4-lane vector paths (lanes they cannot serve made NaN) ----------------------
+// ln x as lh + ll for x in [2^-1000, 2^1000] (log1p_core.h's reduction of x
+// + 0 and its full table).
+RAVL_INLINE F64x4 ln_dd(F64x4 x, F64x4& ll) {
+  using namespace log1p_detail;
+  const Log1pFullRows& k = rows(kLog1pFullRows);
+  Log1pParts<4> q;
+  q.p = logd::reduce<false>(x, k);
+  q.d = F64x4(0.0);
+  return Log1pFull::core_dd(q, k, ll);
+}
+
+// ln Gamma(x) = hi + lo (returned: hi) for x in [2^-1000, 2^1000].
+RAVL_INLINE F64x4 lgamma_dd(F64x4 x, F64x4& lo) {
+  using V = F64x4;
+  const auto below1 = x < V(1.0);
+  const auto stirling = x >= V(kPiecesEnd);
+  const V d = select(below1, V(1.0), V(0.0));
+  V col[kPieceStride];
+  gather_cols<kPieceStride>(reinterpret_cast<const double*>(gamma_tables::kPieces),
+                            piece_offset<8 * kPieceStride>(x + d), col);
+  const V u = x - (col[0] - d);  // col: c, c0_hi, c0_lo, p0_hi, p0_lo, p1 .. p11
+  V q = col[kPieceStride - 1];
+  for (int j = kPieceStride - 2; j >= 5; --j) q = fma(q, u, col[j]);
+  const V uq = u * q;
+  const V ph = col[3] + uq;
+  const V pl = ((col[3] - ph) + uq) + col[4];
+  // T = c0 + u (ph + pl) as th + tl: u ph exactly (product and its fused
+  // error), c0_hi + u ph by Fast2Sum (c0_hi = 0 on the rows of a zero, and
+  // |u ph| <= |c0_hi| on the others: |u| <= 1/16 and |psi(c)| < 0.6 there).
+  const V p = u * ph;
+  const V th = col[1] + p;
+  const V tl = ((col[1] - th) + p) + (fma(u, ph, -p) + fma(u, pl, col[2]));
+  V ll;
+  const V lh = ln_dd(x, ll);
+  // Stirling (x >= 8).
+  const V a = x - V(0.5);
+  const V sh = a * lh;
+  const V sl = fma(a, lh, -sh) + a * ll;
+  const V h1 = sh - x;
+  const V e1 = (sh - h1) - x;
+  const V r = V(1.0) / x;
+  const V w = r * r;
+  const V s = r * fma(fma(fma(fma(fma(fma(V(kSL<6>), w, V(kSL<5>)), w, V(kSL<4>)), w, V(kSL<3>)), w, V(kSL<2>)), w,
+                          V(kSL<1>)), w, V(kSL<0>));
+  const V s_lo = ((sl + e1) + s) + V(kHalfLnTwoPiLo);
+  // hi + lo = TwoSum(A, B) + L per form.
+  const V A = select(stirling, h1, select(below1, -lh, th));
+  const V B = select(stirling, V(kHalfLnTwoPiHi), select(below1, th, V(0.0)));
+  const V L = select(stirling, s_lo, select(below1, tl - ll, tl));
+  const Dd<V> sum = two_sum(A, B);
+  lo = sum.lo + L;
+  return sum.hi;
+}
 
 // ln Gamma: flags x not in [2^-1000, 2^1000] (NaN, zeros, negative x,
-// infinities, tiny and huge x) and |x - 1|, |x - 2| below 1/16.
+// infinities, tiny and huge x).
 RAVL_INLINE F64x4 lgamma_vec4(F64x4 x) {
-  const F64x4 t = abs(x - F64x4(1.5));
-  const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kVecHi)) | (abs(t - F64x4(0.5)) < F64x4(kNearRoot));
-  return pow_core::mark(lgamma_positive(x), flagged);
+  const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kVecHi));
+  F64x4 lo;
+  const F64x4 hi = lgamma_dd(x, lo);
+  return pow_core::mark(hi + lo, flagged);
 }
-// Gamma: flags x not in [2^-1000, 171.6].
+// Gamma = e^(hi + lo) = 2^((hi + lo) log2(e)), the exponent double-word:
+// flags x not in [2^-1000, 171.6] (log2 Gamma(171.6) = 1023.83, so the scale
+// 2^(k >> 7) of exp2_accurate stays at k >> 7 <= 1023).
 RAVL_INLINE F64x4 tgamma_vec4(F64x4 x) {
-  const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kTgammaVecHi));
-  return pow_core::mark(tgamma_positive(x), flagged);
+  using V = F64x4;
+  using T = Lanes<V>;
+  using U = typename T::U;
+  const auto flagged = not_le(V(kVecLo), x) | not_le(x, V(kTgammaVecHi));
+  V lo;
+  // hi + lo made a double-word value (|lo| <= ulp(hi)/2; Stirling's lo holds S(x), up
+  // to 0.0105), so that the reduction of exp2_accurate stays on its interval.
+  const V hi = lgamma_dd(x, lo);  // before lo is read (argument order is unspecified)
+  const Dd<V> g = fast_two_sum(hi, lo);
+  const V zh = g.hi * V(kLog2eHi);
+  const V zl = fma(g.hi, V(kLog2eHi), -zh) + fma(g.hi, V(kLog2eLo), g.lo * V(kLog2eHi));
+  V eh, eq;
+  const typename T::I k = pow_core::exp2_accurate(Dd<V>{zh, zl}, eh, eq);
+  const V scale = T::num(((U)(k + 1023 * 128) >> 7) << 52);  // 2^(k >> 7)
+  return pow_core::mark((eh + eq) * scale, flagged);
 }
 
-// ---- the single paths: the same shift and series in plain double --------------------
+// ---- the single paths: the same forms in plain double ------------------------------
 //
-// For single x (exact as doubles) the double-word steps are not needed: the
-// products x (x + 1) ... and z ln z carry relative errors near 2^-52, pow_core's
-// ln_fast is within about 2^-48 absolute (its degree-4 series at |u| < 1.8e-3)
-// and exp_fast within 1.4e-8 relative (its chord), so ln Gamma is within about
-// 2^-44 absolute of the true value and Gamma within 1.5e-8 relative before the
-// rounding to single (below a quarter of a single ulp; the factorials that are
-// singles come out exactly). The lane tests are the double paths'.
-
-// ln Gamma(z) and P (to p) for single x in (0, 2^1000], z and P as above.
-RAVL_INLINE F64x4 lgamma_plain(F64x4 x, F64x4& p, const pow_core::FastRows& c) {
+// For single x (exact as doubles) one double per step: the rows of kPiecesF
+// (c, c0, p0 .. p5: relative error 2^-31.3), pow_core's ln_fast (within
+// about 2^-48 absolute; relative near x = 1, where its table row is 0) and
+// Stirling's S to 2^-36.8 (kStirlingLnF), so ln Gamma is within about 2^-30
+// relative of the true value before the rounding to single (2^-6 of a
+// single ulp); Gamma = exp_single(ln Gamma), within about 2^-28 relative,
+// so the factorials that are singles come out exactly. The lane tests are
+// the double paths'.
+RAVL_INLINE F64x4 lgamma_plain(F64x4 x, const pow_core::FastRows& c) {
   using V = F64x4;
-  p = select(x < V(kShiftTo), x, V(1.0));
-  for (int k = 1; k < 8; ++k) {
-    const V f = x + V((double)k);
-    p = p * select(f < V(kShiftTo), f, V(1.0));
-  }
-  // n = the number of k in 0..7 with x + k < 8 (the sums are exact for a
-  // single x) = ceil(8 - x) for 0 < x < 8, and 0 from 8 up.
-  const V n = hw_max(round_imm<_MM_FROUND_TO_POS_INF | _MM_FROUND_NO_EXC>(V(kShiftTo) - x), V(0.0));
-  const V z = x + n;
-  const V r = V(1.0) / z;
+  const auto below1 = x < V(1.0);
+  const V d = select(below1, V(1.0), V(0.0));
+  V col[kPieceStrideF];
+  gather_cols<kPieceStrideF>(reinterpret_cast<const double*>(gamma_tables::kPiecesF),
+                             piece_offset<8 * kPieceStrideF>(x + d), col);
+  const V u = x - (col[0] - d);  // col: c, c0, p0 .. p5
+  V q = col[kPieceStrideF - 1];
+  for (int j = kPieceStrideF - 2; j >= 2; --j) q = fma(q, u, col[j]);
+  const V t = fma(u, q, col[1]);
+  const V ln = pow_core::ln_fast(x, c);
+  const V r = V(1.0) / x;
   const V w = r * r;
-  const V s = r * fma(fma(fma(fma(fma(fma(fma(V(kS<7>), w, V(kS<6>)), w, V(kS<5>)), w, V(kS<4>)), w, V(kS<3>)), w,
-                                  V(kS<2>)), w, V(kS<1>)), w, V(kS<0>));
-  // (z - 1/2) ln z - z + ln(2 pi)/2 + S(z), S = s ln 2.
-  return fma(z - V(0.5), pow_core::ln_fast(z, c), -z) + fma(s, V(kLn2Hi), V(kHalfLog2TwoPiHi * kLn2Hi));
+  const V s = r * fma(fma(V(kSLF<2>), w, V(kSLF<1>)), w, V(kSLF<0>));
+  const V st = fma(x - V(0.5), ln, -x) + (s + V(kHalfLnTwoPiHi));
+  return select(x >= V(kPiecesEnd), st, select(below1, t - ln, t));
+}
+// e^t for single Gamma, t in [-0.13, 708] (ln Gamma over [2^-1000, 171.6]):
+// 2^z with z = t log2(e) (its rounding 2^-53 |z|, 2^-43 relative to Gamma at
+// most), n = round(z) by the shifter 1.5 * 2^52, f = z - n in [-1/2, 1/2]
+// exact, 2^f by the degree-7 polynomial kExp2 (relative error 2^-34.1), and n
+// (0..1021, from the sum's low bits) added to the exponent field.
+template <int i> constexpr double kE2 = f64_bits(gamma_tables::kExp2[i]);
+RAVL_INLINE F64x4 exp_single(F64x4 t) {
+  using V = F64x4;
+  const V z = t * V(kLog2eHi);
+  const V s = z + V(pow_core::kShift);
+  const V f = z - (s - V(pow_core::kShift));
+  const V p = fma(fma(fma(fma(fma(fma(fma(V(kE2<7>), f, V(kE2<6>)), f, V(kE2<5>)), f, V(kE2<4>)), f, V(kE2<3>)), f,
+                          V(kE2<2>)), f, V(kE2<1>)), f, V(kE2<0>));
+  return as_float<V>(as_uint(p) + (as_uint(s) << 52));
 }
 RAVL_INLINE F64x4 lgammaf_vec4(F64x4 x) {
   const pow_core::FastRows& c = rows(pow_core::kFastRows);
-  const F64x4 t = abs(x - F64x4(1.5));
-  const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kVecHi)) | (abs(t - F64x4(0.5)) < F64x4(kNearRoot));
-  F64x4 p;
-  const F64x4 g = lgamma_plain(x, p, c);
-  return pow_core::mark(g - pow_core::ln_fast(p, c), flagged);
+  const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kVecHi));
+  return pow_core::mark(lgamma_plain(x, c), flagged);
 }
 RAVL_INLINE F64x4 tgammaf_vec4(F64x4 x) {
   const pow_core::FastRows& c = rows(pow_core::kFastRows);
   const auto flagged = not_le(F64x4(kVecLo), x) | not_le(x, F64x4(kTgammaVecHi));
-  F64x4 p;
-  const F64x4 g = lgamma_plain(x, p, c);
-  return pow_core::mark(pow_core::exp_fast(g, c) / p, flagged);
+  return pow_core::mark(exp_single(lgamma_plain(x, c)), flagged);
 }
 
 // ---- sin(pi x) ------------------------------------------------------------------------
@@ -305,17 +403,6 @@ inline Dd<double> log2_gamma_negative(double x) {
 
 constexpr double kInf = __builtin_inf();
 
-// ln Gamma(1 + t) (kAt = 1) or ln Gamma(2 + t) (kAt = 2) for |t| < 1/16: the
-// linear term double-word, the rest by Horner (tables/gamma.h).
-template <int kAt> inline double lgamma_taylor(double t) {
-  const uint64_t* c = kAt == 1 ? gamma_tables::kTaylor1 : gamma_tables::kTaylor2;
-  constexpr int n = (int)(sizeof gamma_tables::kTaylor1 / sizeof gamma_tables::kTaylor1[0]);
-  double p = f64_bits(c[n - 1]);
-  for (int k = n - 2; k >= 0; --k) p = fma(p, t, f64_bits(c[k]));
-  const double hi = kAt == 1 ? kMinusEulerHi : kOneMinusEulerHi, lo = kAt == 1 ? kMinusEulerLo : kOneMinusEulerLo;
-  return fma(t, hi, t * fma(t, p, lo));
-}
-
 // -ln(a) for positive a below 2^-1000 (denormals included): ln Gamma(a) =
 // -ln a - gamma a + ..., the rest below 2^-1000 of the result.
 inline double minus_log(double a) {
@@ -355,10 +442,6 @@ inline int lgamma_rules(double x, double* rp, int32_t* sp) {
   if (x > 0) {
     if (x < kVecLo) {
       *rp = minus_log(x);
-    } else if (__builtin_fabs(x - 1.0) < kNearRoot) {
-      *rp = lgamma_taylor<1>(x - 1.0);  // exact difference
-    } else if (__builtin_fabs(x - 2.0) < kNearRoot) {
-      *rp = lgamma_taylor<2>(x - 2.0);
     } else if (x > kVecHi) {
       // x (ln x - 1): the terms left out (-ln(x)/2 + ln(2 pi)/2 + ...) are below
       // 2^-990 of it. Overflows (+inf) from about 2.55e305.
@@ -368,7 +451,7 @@ inline int lgamma_rules(double x, double* rp, int32_t* sp) {
       *rp = fma(x, ln - 1.0, x * lnl);
       return __builtin_isinf(*rp) ? kStatusOverflow : kStatusOk;
     } else {
-      *rp = lgamma_positive(x);
+      *rp = lgamma_vec4(F64x4(x))[0];  // the vector path's value
     }
     return kStatusOk;
   }
@@ -414,7 +497,7 @@ inline int tgamma_rules(double x, double* rp) {
     return kStatusOverflow;
   }
   if (x > 0 && x <= kTgammaVecHi) {
-    *rp = tgamma_positive(x);
+    *rp = tgamma_vec4(F64x4(x))[0];  // the vector path's value
     return kStatusOk;
   }
   // 2^(log2 |Gamma(x)|) with the sign, scaled in two steps near overflow and
