@@ -57,8 +57,7 @@ constexpr double kLog2eHi = kC<2>, kLog2eLo = kC<3>;                  // log2(e)
 constexpr double kLn2Hi = kC<4>, kLn2Lo = kC<5>;                      // ln 2 = 0.69314718055994531
 constexpr double kLog2PiHi = kC<6>, kLog2PiLo = kC<7>;                // log2(pi) = 1.6514961294723187
 constexpr double kMinusEulerHi = kC<8>, kMinusEulerLo = kC<9>;        // -gamma = -0.57721566490153287
-constexpr double kOneMinusEulerHi = kC<10>, kOneMinusEulerLo = kC<11>;  // 1 - gamma = 0.42278433509846713
-constexpr double kHalfLnTwoPiHi = kC<12>, kHalfLnTwoPiLo = kC<13>;      // ln(2 pi)/2 = 0.91893853320467278
+constexpr double kHalfLnTwoPiHi = kC<10>, kHalfLnTwoPiLo = kC<11>;      // ln(2 pi)/2 = 0.91893853320467278
 template <int i> constexpr double kS = f64_bits(gamma_tables::kStirling[i]);
 constexpr double kShiftTo = 8.0;             // the Stirling series serves z >= 8
 constexpr double kVecLo = 0x1p-1000;         // 9.3326361850321888e-302, the vector path's lower bound

@@ -21,12 +21,11 @@ alignas(64) inline constexpr uint64_t kStirling[9] = {
 };
 
 // Double-word constants (hi, lo): log2(2 pi)/2, log2(e), ln 2, log2(pi), -gamma (Euler's
-// constant), 1 - gamma, ln(2 pi)/2.
-alignas(64) inline constexpr uint64_t kConstants[14] = {
+// constant), ln(2 pi)/2.
+alignas(64) inline constexpr uint64_t kConstants[12] = {
     0x3ff536439a4c6efcull, 0xbc949e49a361efebull, 0x3ff71547652b82feull, 0x3c7777d0ffda0d24ull,
     0x3fe62e42fefa39efull, 0x3c7abc9e3b39803full, 0x3ffa6c873498ddf7ull, 0x3c96c36cb93c202aull,
-    0xbfe2788cfc6fb619ull, 0x3c56cb90701fbfabull, 0x3fdb0ee6072093ceull, 0x3c56cb90701fbfabull,
-    0x3fed67f1c864beb5ull, 0xbc865b5a1b7ff5dfull,
+    0xbfe2788cfc6fb619ull, 0x3c56cb90701fbfabull, 0x3fed67f1c864beb5ull, 0xbc865b5a1b7ff5dfull,
 };
 
 // sin(pi t) = t sum_k S_k t^(2k), S_k = (-1)^k pi^(2k+1)/(2k+1)!, and cos(pi t) = sum_k C_k
