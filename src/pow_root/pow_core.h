@@ -230,15 +230,24 @@ RAVL_INLINE Mask<double, 4> single_t_out(F64x4 t, const FastRows& c) {
 // step between integers in [512, 1024)).
 struct SinglesRows {
   Row<int32_t> flt_min = row<int32_t>(0x00800000), mant = row<int32_t>(0x007fffff),
-               m_scaled = row<int32_t>(0x3a800000), index_base = row<int32_t>(0x11000);
+               m_scaled = row<int32_t>(0x3a800000), index_base = row<int32_t>(0x11000),
+               flt_min_next = row<int32_t>(0x00800001);
   Row<float> scale32 = row(f32_bits(0x4f800000u));  // 2^32 = 4294967296
 };
 inline constexpr SinglesRows kSinglesRows{};
 
+// Lanes whose single x is not positive and finite (denormals pass): the
+// pattern plus 0x00800000 below 0x00800001 as a signed compare, which
+// leaves 1..0x7f7fffff at or above it.
+RAVL_INLINE Mask<float, 8> not_positive_single(Vec<float, 8> x, const SinglesRows& s) {
+  using I8 = Vec<int32_t, 8>;
+  return as_int(x) + get<I8>(s.flt_min) < get<I8>(s.flt_min_next);
+}
+
 // ln x on both halves of x (lanes 0-3 in lo, 4-7 in hi); positive, normal or
 // denormal, finite singles give ln_fast's value of the widened single.
-RAVL_INLINE void ln_fast_singles(Vec<float, 8> x, F64x4 xd0, F64x4 xd1, F64x4& ln0, F64x4& ln1, const FastRows& c,
-                                 const SinglesRows& s) {
+RAVL_INLINE void ln_fast_singles(Vec<float, 8> x, F64x4 xd0, F64x4 xd1, F64x4& ln0, F64x4& ln1, const FastRows& c0,
+                                 const FastRows& c1, const SinglesRows& s) {
   using V = F64x4;
   using U = U64x4;
   using F8 = Vec<float, 8>;
@@ -250,19 +259,19 @@ RAVL_INLINE void ln_fast_singles(Vec<float, 8> x, F64x4 xd0, F64x4 xd1, F64x4& l
   const double* tab = reinterpret_cast<const double*>(log_tables::kLogFast);
   const V rr0 = convert<double>(slice<0, 4>(rrf)), rr1 = convert<double>(slice<4, 4>(rrf));
   const U xb0 = as_uint(xd0), xb1 = as_uint(xd1);
-  const V mp0 = as_float<V>((xb0 & get<U>(c.mant)) | get<U>(c.m_scaled));
-  const V mp1 = as_float<V>((xb1 & get<U>(c.mant)) | get<U>(c.m_scaled));
-  const V u0 = fma(mp0, rr0, get<V>(c.minus1)), u1 = fma(mp1, rr1, get<V>(c.minus1));
+  const V mp0 = as_float<V>((xb0 & get<U>(c0.mant)) | get<U>(c0.m_scaled));
+  const V mp1 = as_float<V>((xb1 & get<U>(c1.mant)) | get<U>(c1.m_scaled));
+  const V u0 = fma(mp0, rr0, get<V>(c0.minus1)), u1 = fma(mp1, rr1, get<V>(c1.minus1));
   const V t0 = (V)_mm256_set_m128d(load_hi64(load_lo64(tab, idx[2]), tab, idx[3]), load_hi64(load_lo64(tab, idx[0]), tab, idx[1]));
   const V t1 = (V)_mm256_set_m128d(load_hi64(load_lo64(tab, idx[6]), tab, idx[7]), load_hi64(load_lo64(tab, idx[4]), tab, idx[5]));
-  const V eb0 = as_float<V>((xb0 >> 52) | as_uint(get<V>(c.shift)));
-  const V eb1 = as_float<V>((xb1 >> 52) | as_uint(get<V>(c.shift)));
-  const V k0 = eb0 - select(rr0 > get<V>(c.split), get<V>(c.bias_hi), get<V>(c.bias_lo));
-  const V k1 = eb1 - select(rr1 > get<V>(c.split), get<V>(c.bias_hi), get<V>(c.bias_lo));
-  const V p0 = fma(fma(get<V>(c.q4), u0, get<V>(c.q3)), u0, get<V>(c.q2));
-  const V p1 = fma(fma(get<V>(c.q4), u1, get<V>(c.q3)), u1, get<V>(c.q2));
-  ln0 = fma(k0, get<V>(c.ln2), t0 + fma(u0 * u0, p0, u0));
-  ln1 = fma(k1, get<V>(c.ln2), t1 + fma(u1 * u1, p1, u1));
+  const V eb0 = as_float<V>((xb0 >> 52) | as_uint(get<V>(c0.shift)));
+  const V eb1 = as_float<V>((xb1 >> 52) | as_uint(get<V>(c1.shift)));
+  const V k0 = eb0 - select(rr0 > get<V>(c0.split), get<V>(c0.bias_hi), get<V>(c0.bias_lo));
+  const V k1 = eb1 - select(rr1 > get<V>(c1.split), get<V>(c1.bias_hi), get<V>(c1.bias_lo));
+  const V p0 = fma(fma(get<V>(c0.q4), u0, get<V>(c0.q3)), u0, get<V>(c0.q2));
+  const V p1 = fma(fma(get<V>(c1.q4), u1, get<V>(c1.q3)), u1, get<V>(c1.q2));
+  ln0 = fma(k0, get<V>(c0.ln2), t0 + fma(u0 * u0, p0, u0));
+  ln1 = fma(k1, get<V>(c1.ln2), t1 + fma(u1 * u1, p1, u1));
 }
 
 // powf_in_double on the 8 single lanes of x and y at once, the two halves
@@ -270,16 +279,19 @@ RAVL_INLINE void ln_fast_singles(Vec<float, 8> x, F64x4 xd0, F64x4 xd1, F64x4& l
 // half's work is available to the processor from the start): the same
 // results and marks, bit for bit.
 RAVL_INLINE Vec<float, 8> powf_in_double8(Vec<float, 8> x, Vec<float, 8> y) {
-  const FastRows& c = rows(kFastRows);
+  // The rows read through two opaque pointers: each half reads its
+  // constants as operands (no register holds one for both halves).
+  const FastRows& c0 = rows(kFastRows);
+  const FastRows& c1 = rows_apart(kFastRows);
   const SinglesRows& s = rows(kSinglesRows);
   const F64x4 xd0 = convert<double>(slice<0, 4>(x)), xd1 = convert<double>(slice<4, 4>(x));
   F64x4 ln0, ln1;
-  ln_fast_singles(x, xd0, xd1, ln0, ln1, c, s);
+  ln_fast_singles(x, xd0, xd1, ln0, ln1, c0, c1, s);
   const F64x4 t0 = convert<double>(slice<0, 4>(y)) * ln0;
   const F64x4 t1 = convert<double>(slice<4, 4>(y)) * ln1;
-  const F64x4 a = mark(exp_fast(t0, c), not_positive_normal(xd0, c) | single_t_out(t0, c));
-  const F64x4 b = mark(exp_fast(t1, c), not_positive_normal(xd1, c) | single_t_out(t1, c));
-  return join(convert<float>(a), convert<float>(b));
+  const F64x4 a = mark(exp_fast(t0, c0), single_t_out(t0, c0));
+  const F64x4 b = mark(exp_fast(t1, c1), single_t_out(t1, c1));
+  return mark(join(convert<float>(a), convert<float>(b)), not_positive_single(x, s));
 }
 
 // x^y for single x and y given as doubles (exact): the single families'
