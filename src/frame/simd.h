@@ -484,5 +484,14 @@ template <class C> RAVL_INLINE const C& rows(const C& c) {
   __asm__("" ::: "memory");
   return *p;
 }
+// The rows c again, through a pointer of its own (a volatile asm, which the
+// compiler does not merge with another): for a computation of two halves
+// side by side, each half reads its constants as operands instead of the
+// compiler holding them in registers for both.
+template <class C> RAVL_INLINE const C& rows_apart(const C& c) {
+  const C* p = &c;
+  __asm__ volatile("" : "+r"(p));
+  return *p;
+}
 
 }  // namespace ravl

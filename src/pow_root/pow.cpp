@@ -44,7 +44,8 @@ struct PowFast : MarkedKernel<double, double, pow_scalar> {
 };
 struct PowfFull : MarkedKernel<float, float, powf_scalar> {
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x, Vec<float, L> y) {
-    return on_singles([](F64x4 a, Vec<float, 4> b) __attribute__((always_inline)) { return powf_in_double(a, convert<double>(b)); }, x, y);
+    if constexpr (L == 8) return powf_in_double8(x, y);
+    else return on_singles([](F64x4 a, Vec<float, 4> b) __attribute__((always_inline)) { return powf_in_double(a, convert<double>(b)); }, x, y);
   }
 };
 struct PowfFast : MarkedKernel<float, float, powf_scalar> {

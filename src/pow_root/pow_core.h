@@ -215,6 +215,85 @@ RAVL_INLINE Mask<double, 4> single_t_out(F64x4 t, const FastRows& c) {
   return (as_int(t) & get<I64x4>(c.abs)) > get<I64x4>(c.single_bound);
 }
 
+// ---- the fast double path on 8 single lanes -------------------------------------
+//
+// ln_fast on the 8 singles of x at once, in two 4-lane double halves: the
+// same values bit for bit, with the reciprocal estimate and the table index
+// taken on the singles. m' converted to single is exact (a single's
+// mantissa has 23 bits), so the estimate's argument is formed from the
+// single's own mantissa field with the exponent of 2^-10 (0x3a800000); a
+// single denormal, which the double holds normalized, is first scaled by
+// 2^32 (exact), which normalizes it with the same mantissa bits. r' (an
+// integer in [512, 1024], widened exactly) is rounded on the singles, and
+// its index r' - 512 read from its pattern: (bits >> 14) - 0x11000, which
+// runs 0..512 over [512, 1024] (0x44000000 is 512.0, 2^14 the pattern's
+// step between integers in [512, 1024)).
+struct SinglesRows {
+  Row<int32_t> flt_min = row<int32_t>(0x00800000), mant = row<int32_t>(0x007fffff),
+               m_scaled = row<int32_t>(0x3a800000), index_base = row<int32_t>(0x11000),
+               flt_min_next = row<int32_t>(0x00800001);
+  Row<float> scale32 = row(f32_bits(0x4f800000u));  // 2^32 = 4294967296
+};
+inline constexpr SinglesRows kSinglesRows{};
+
+// Lanes whose single x is not positive and finite (denormals pass): the
+// pattern plus 0x00800000 below 0x00800001 as a signed compare, which
+// leaves 1..0x7f7fffff at or above it.
+RAVL_INLINE Mask<float, 8> not_positive_single(Vec<float, 8> x, const SinglesRows& s) {
+  using I8 = Vec<int32_t, 8>;
+  return as_int(x) + get<I8>(s.flt_min) < get<I8>(s.flt_min_next);
+}
+
+// ln x on both halves of x (lanes 0-3 in lo, 4-7 in hi); positive, normal or
+// denormal, finite singles give ln_fast's value of the widened single.
+RAVL_INLINE void ln_fast_singles(Vec<float, 8> x, F64x4 xd0, F64x4 xd1, F64x4& ln0, F64x4& ln1, const FastRows& c0,
+                                 const FastRows& c1, const SinglesRows& s) {
+  using V = F64x4;
+  using U = U64x4;
+  using F8 = Vec<float, 8>;
+  using I8 = Vec<int32_t, 8>;
+  const F8 xn = select(as_int(x) < get<I8>(s.flt_min), x * get<F8>(s.scale32), x);
+  const F8 mpf = as_float<F8>((as_int(xn) & get<I8>(s.mant)) | get<I8>(s.m_scaled));
+  const F8 rrf = round_imm<8>(rcp_approx(mpf));  // r', nearest integer
+  const LaneWords<8> idx((as_int(rrf) >> 14) - get<I8>(s.index_base));
+  const double* tab = reinterpret_cast<const double*>(log_tables::kLogFast);
+  const V rr0 = convert<double>(slice<0, 4>(rrf)), rr1 = convert<double>(slice<4, 4>(rrf));
+  const U xb0 = as_uint(xd0), xb1 = as_uint(xd1);
+  const V mp0 = as_float<V>((xb0 & get<U>(c0.mant)) | get<U>(c0.m_scaled));
+  const V mp1 = as_float<V>((xb1 & get<U>(c1.mant)) | get<U>(c1.m_scaled));
+  const V u0 = fma(mp0, rr0, get<V>(c0.minus1)), u1 = fma(mp1, rr1, get<V>(c1.minus1));
+  const V t0 = (V)_mm256_set_m128d(load_hi64(load_lo64(tab, idx[2]), tab, idx[3]), load_hi64(load_lo64(tab, idx[0]), tab, idx[1]));
+  const V t1 = (V)_mm256_set_m128d(load_hi64(load_lo64(tab, idx[6]), tab, idx[7]), load_hi64(load_lo64(tab, idx[4]), tab, idx[5]));
+  const V eb0 = as_float<V>((xb0 >> 52) | as_uint(get<V>(c0.shift)));
+  const V eb1 = as_float<V>((xb1 >> 52) | as_uint(get<V>(c1.shift)));
+  const V k0 = eb0 - select(rr0 > get<V>(c0.split), get<V>(c0.bias_hi), get<V>(c0.bias_lo));
+  const V k1 = eb1 - select(rr1 > get<V>(c1.split), get<V>(c1.bias_hi), get<V>(c1.bias_lo));
+  const V p0 = fma(fma(get<V>(c0.q4), u0, get<V>(c0.q3)), u0, get<V>(c0.q2));
+  const V p1 = fma(fma(get<V>(c1.q4), u1, get<V>(c1.q3)), u1, get<V>(c1.q2));
+  ln0 = fma(k0, get<V>(c0.ln2), t0 + fma(u0 * u0, p0, u0));
+  ln1 = fma(k1, get<V>(c1.ln2), t1 + fma(u1 * u1, p1, u1));
+}
+
+// powf_in_double on the 8 single lanes of x and y at once, the two halves
+// computed side by side (one read of the constants, so that the second
+// half's work is available to the processor from the start): the same
+// results and marks, bit for bit.
+RAVL_INLINE Vec<float, 8> powf_in_double8(Vec<float, 8> x, Vec<float, 8> y) {
+  // The rows read through two opaque pointers: each half reads its
+  // constants as operands (no register holds one for both halves).
+  const FastRows& c0 = rows(kFastRows);
+  const FastRows& c1 = rows_apart(kFastRows);
+  const SinglesRows& s = rows(kSinglesRows);
+  const F64x4 xd0 = convert<double>(slice<0, 4>(x)), xd1 = convert<double>(slice<4, 4>(x));
+  F64x4 ln0, ln1;
+  ln_fast_singles(x, xd0, xd1, ln0, ln1, c0, c1, s);
+  const F64x4 t0 = convert<double>(slice<0, 4>(y)) * ln0;
+  const F64x4 t1 = convert<double>(slice<4, 4>(y)) * ln1;
+  const F64x4 a = mark(exp_fast(t0, c0), single_t_out(t0, c0));
+  const F64x4 b = mark(exp_fast(t1, c1), single_t_out(t1, c1));
+  return mark(join(convert<float>(a), convert<float>(b)), not_positive_single(x, s));
+}
+
 // x^y for single x and y given as doubles (exact): the single families'
 // plain classes (powf). Marked: x not a positive, normal, finite number (a
 // single denormal is a normal double and stays), t beyond 103.972 or NaN
