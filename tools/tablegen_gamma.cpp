@@ -93,9 +93,11 @@ void fit_stirling(double* c, double* c0_lo) {
   *c0_lo = mpfr_get_d(t, MPFR_RNDN);
 }
 
-// Max |S(z) log2(e) - g(w)/z| over z = 8 * 1.01^i (the doubles' polynomial
-// evaluated exactly, the rounding of 1/z aside), as a power of two.
-double stirling_error(const double* c, double c0_lo) {
+// Max |P(w) + c0_lo - g(w)|/z over z = 8 * 1.01^i, w = 1/z^2 (the doubles'
+// polynomial P = c[0] + ... + c[n-1] w^(n-1) evaluated exactly, the rounding
+// of 1/z aside), as a power of two; g is z S(z) log2(e) (stirling_g) or z S(z)
+// (stirling_ln_g).
+double stirling_error(void (*g_of)(mpfr_t, const mpfr_t), const double* c, int n, double c0_lo = 0) {
   double worst = 0;
   M w, g, p, t;
   for (int i = 0; i < 4000; ++i) {
@@ -103,8 +105,8 @@ double stirling_error(const double* c, double c0_lo) {
     mpfr_set_d(w, z, MPFR_RNDN);
     mpfr_sqr(w, w, MPFR_RNDN);
     mpfr_ui_div(w, 1, w, MPFR_RNDN);
-    stirling_g(g, w);
-    horner(p, c, kStirDeg + 1, w);
+    g_of(g, w);
+    horner(p, c, n, w);
     mpfr_add_d(p, p, c0_lo, MPFR_RNDN);
     mpfr_sub(t, g, p, MPFR_RNDN);
     mpfr_div_d(t, t, z, MPFR_RNDN);
@@ -336,24 +338,6 @@ void stirling_ln_g(mpfr_t g, const mpfr_t w) {  // z S(z) at z = 1/sqrt(w)
   mpfr_mul(g, g, l, MPFR_RNDN);
 }
 
-double stirling_ln_error(const double* c, int n) {
-  double worst = 0;
-  M w, g, p, t;
-  for (int i = 0; i < 4000; ++i) {
-    const double z = 8 * std::pow(1.01, i);
-    mpfr_set_d(w, z, MPFR_RNDN);
-    mpfr_sqr(w, w, MPFR_RNDN);
-    mpfr_ui_div(w, 1, w, MPFR_RNDN);
-    stirling_ln_g(g, w);
-    horner(p, c, n, w);
-    mpfr_sub(t, g, p, MPFR_RNDN);
-    mpfr_div_d(t, t, z, MPFR_RNDN);
-    worst = std::fmax(worst, std::fabs(mpfr_get_d(t, MPFR_RNDN)));
-  }
-  return std::log2(worst);
-}
-
-
 // 2^f on [-1/2, 1/2] for the single Gamma path: kExp2Terms doubles q0 .. q7
 // interpolating 2^f at the Chebyshev nodes. Budget: relative error below
 // 2^-33 at 2001 points (the coefficients exact as stored).
@@ -394,7 +378,7 @@ double fit_exp2(double* q) {
 int main() {
   double stir[kStirDeg + 2];
   fit_stirling(stir, &stir[kStirDeg + 1]);
-  const double err = stirling_error(stir, stir[kStirDeg + 1]);
+  const double err = stirling_error(stirling_g, stir, kStirDeg + 1, stir[kStirDeg + 1]);
   expect_row(err < -66, "Stirling remainder fit error budget 2^-66");
   std::fprintf(stderr, "Stirling remainder: max error 2^%.2f\n", err);
 
@@ -516,7 +500,8 @@ int main() {
   double sl[kStirLnDeg + 1], slf[kStirLnDegF + 1];
   cheb_fit_w([](mpfr_t o, const mpfr_t w) { stirling_ln_g(o, w); }, kStirLnDeg + 1, kWMax, false, sl);
   cheb_fit_w([](mpfr_t o, const mpfr_t w) { stirling_ln_g(o, w); }, kStirLnDegF + 1, kWMax, false, slf);
-  const double el = stirling_ln_error(sl, kStirLnDeg + 1), elf = stirling_ln_error(slf, kStirLnDegF + 1);
+  const double el = stirling_error(stirling_ln_g, sl, kStirLnDeg + 1),
+               elf = stirling_error(stirling_ln_g, slf, kStirLnDegF + 1);
   expect_row(el < -60, "Stirling remainder in ln (double path) error budget 2^-60");
   expect_row(elf < -36, "Stirling remainder in ln (single path) error budget 2^-36");
   std::fprintf(stderr, "Stirling remainder in ln: double 2^%.2f, single 2^%.2f\n", el, elf);
