@@ -363,6 +363,57 @@ int main() {
     print_table32("inline constexpr uint32_t kExpm1F[5]", bq, m, 5);
   }
 
+  // tanhf's plain class (double arithmetic on the widened lanes): with
+  // r = |x| - n ln2/2, |r| <= ln2/4 (with room for the reduction's rounding),
+  //   e^(2r) - 1 = r P(r),  P(r) = p0 + p1 r + ... + p7 r^7,
+  // P the minimax fit of (e^(2r) - 1)/r (the limit 2 at r = 0) in relative
+  // error (weight r/(e^(2r) - 1)), coefficients rounded to double. The
+  // relative fit error of r P (exact arithmetic on the rounded coefficients)
+  // must stay below 2^-37: the single result then rounds as if from the exact
+  // value up to 2^-13 ulp.
+  {
+    constexpr int m = 8;
+    const double h = mpfr_get_d(ln2, MPFR_RNDU) / 4 * (1 + 0x1p-20);
+    auto g = [](mpfr_t out, mpfr_t r) {  // (e^(2r) - 1)/r
+      if (mpfr_zero_p(r)) {
+        mpfr_set_ui(out, 2, MPFR_RNDN);
+        return;
+      }
+      mpfr_mul_2ui(out, r, 1, MPFR_RNDN);
+      mpfr_expm1(out, out, MPFR_RNDN);
+      mpfr_div(out, out, r, MPFR_RNDN);
+    };
+    auto wt = [&](mpfr_t out, mpfr_t r) {
+      g(out, r);
+      mpfr_ui_div(out, 1, out, MPFR_RNDN);
+    };
+    double p[m];
+    remez_fit_w(g, wt, m, -h, h, false, p);
+    double worst = 0;
+    for (int i = -4096; i <= 4096; ++i) {
+      if (i == 0) continue;
+      M r, v, want;
+      mpfr_set_d(r, h * i / 4096, MPFR_RNDN);
+      horner(v, p, m, r);
+      mpfr_mul(v, v, r, MPFR_RNDN);
+      mpfr_mul_2ui(want, r, 1, MPFR_RNDN);
+      mpfr_expm1(want, want, MPFR_RNDN);
+      mpfr_sub(v, v, want, MPFR_RNDN);
+      mpfr_div(v, v, want, MPFR_RNDN);
+      worst = std::fmax(worst, std::fabs(mpfr_get_d(v, MPFR_RNDN)));
+    }
+    if (worst > 0x1p-37) {
+      std::fprintf(stderr, "tanhf e^(2r) - 1 fit: error %.3g above 2^-37\n", worst);
+      ++row_failures;
+    }
+    std::printf("// tanhf (double lanes): e^(2r) - 1 = r (p0 + p1 r + ... + p7 r^7) on |r| <= ln2/4;\n"
+                "// minimax in relative error, lowest power first; max relative fit error 2^%.1f.\n",
+                std::log2(worst));
+    uint64_t bp[m];
+    for (int k = 0; k < m; ++k) bp[k] = bits64(p[k]);
+    print_table64("alignas(64) inline constexpr uint64_t kTanhfExp2[8]", bp, m);
+  }
+
   close_file("hyperbolic_tables");
   return row_failures ? 1 : 0;
 }
