@@ -329,14 +329,15 @@ const Row kRows[] = {
                89.4159851, ACC, 89.4159927, INF, 89, ACC, 89.0000076, ACC, 1, ACC}},
     // tanh: +-1 from 20 up and for exponent field 2046 (the scalar routine from
     // 1.125 * 2^1023); both sides of 0.125; single: both sides of the clamp at
-    // 10, of ln2/2, where the pair kernel's n leaves 0, and of ln2/4, where
-    // the fast class's n (of 2|x|) does.
+    // 10, of ln2/4, where n (of 2|x|, both classes) leaves 0, of ln2/2, and of
+    // 3 ln2/4, where n goes from 1 to 2.
     {"tanh", {NAN, NAN, INF, 1, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-1074, 0x1p-1074, -0x1p-1074, -0x1p-1074, 20, 1,
               -20, -1, 1e300, 1, DBL_MAX, 1, -DBL_MAX, -1, 0x1.2p1023, 1, 0x1.1ffffffffffffp1023, 1, 0x1p1023, 1,
               0.125, ACC, 0.12499999999999999, ACC, -0.125, ACC, 19.999999999999996, ACC, 1, ACC}},
     {"tanhf", {NAN, NAN, INF, 1, -INF, -1, 0, 0, -0.0, -0.0, 0x1p-149, 0x1p-149, 20, 1, -20, -1, FLT_MAX, 1,
                -FLT_MAX, -1, 0.125, ACC, 0.124999993, ACC, 9.01, ACC, 1, ACC, 10, ACC, 9.99999905, ACC,
-               0.346573591, ACC, 0.346573621, ACC, 0x1.62e42ep-3, ACC, 0x1.62e43p-3, ACC}},
+               0.346573591, ACC, 0.346573621, ACC, 0x1.62e42ep-3, ACC, 0x1.62e43p-3, ACC, 0x1.0a2b22p-1, ACC,
+               0x1.0a2b24p-1, ACC}},
     // asinh, acosh, atanh: x itself below the tiny bound (2^-27; singles: the
     // series below 2^-5), the switch to w = 2|x| at 2^28 (single 2^12), the
     // scalar routine above 2^1000 (single from 2^126), the domain ends

@@ -242,9 +242,8 @@ int main() {
 
   // The pair kernel of the single families: on |r| <= ln2/2, w = r^2,
   //   cosh r = 1 + w Pc(w),   sinh r = r + r w Ps(w),
-  // 3 coefficients each for float lanes, 4 for double lanes (the path
-  // rounded to single). The fit error with the rounded coefficients (exact
-  // arithmetic) must stay below 2^-28 (float) and 2^-44 (double) relative.
+  // 3 coefficients each, rounded to single. The fit error with the rounded
+  // coefficients (exact arithmetic) must stay below 2^-28 relative.
   M ln2;
   mpfr_const_log2(ln2, MPFR_RNDN);
   const double wmax = std::pow(mpfr_get_d(ln2, MPFR_RNDU) / 2, 2) * (1 + 0x1p-40);
@@ -263,11 +262,11 @@ int main() {
     mpfr_sub_ui(g, g, 1, MPFR_RNDN);
     mpfr_div(g, g, w, MPFR_RNDN);
   };
-  for (int single = 1; single >= 0; --single) {
-    const int n = single ? 3 : 4;
-    double cc[4], sc[4];
-    cheb_fit_w(pc, n, wmax, single, cc);
-    cheb_fit_w(ps, n, wmax, single, sc);
+  {
+    constexpr int n = 3;
+    double cc[n], sc[n];
+    cheb_fit_w(pc, n, wmax, true, cc);
+    cheb_fit_w(ps, n, wmax, true, sc);
     // Max relative error of 1 + w Pc and r + r w Ps on 4097 points of (0, ln2/2].
     double worst = 0;
     for (int i = 1; i <= 4096; ++i) {
@@ -286,24 +285,17 @@ int main() {
         worst = std::fmax(worst, std::fabs(mpfr_get_d(got, MPFR_RNDN)));
       }
     }
-    const double budget = single ? 0x1p-28 : 0x1p-44;
-    if (worst > budget) {
-      std::fprintf(stderr, "pair kernel (%s): fit error %.3g above %.3g\n", single ? "float" : "double", worst, budget);
+    if (worst > 0x1p-28) {
+      std::fprintf(stderr, "pair kernel: fit error %.3g above 2^-28\n", worst);
       ++row_failures;
     }
-    std::printf("// Pair kernel (%s lanes): cosh r = 1 + w Pc(w), sinh r = r + r w Ps(w), w = r^2,\n"
+    std::printf("// Pair kernel (float lanes): cosh r = 1 + w Pc(w), sinh r = r + r w Ps(w), w = r^2,\n"
                 "// |r| <= ln2/2; Chebyshev interpolants, lowest power first; max relative fit\n"
-                "// error 2^%.1f.\n", single ? "float" : "double", std::log2(worst));
-    if (single) {
-      uint32_t b[8];
-      for (int k = 0; k < n; ++k) b[k] = bits32((float)cc[k]), b[4 + k] = bits32((float)sc[k]);
-      b[3] = b[7] = 0;
-      print_table32("alignas(32) inline constexpr uint32_t kPairF[8]", b, 8, 4);
-    } else {
-      uint64_t b[8];
-      for (int k = 0; k < n; ++k) b[k] = bits64(cc[k]), b[4 + k] = bits64(sc[k]);
-      print_table64("alignas(64) inline constexpr uint64_t kPairD[8]", b, 8);
-    }
+                "// error 2^%.1f.\n", std::log2(worst));
+    uint32_t b[8];
+    for (int k = 0; k < n; ++k) b[k] = bits32((float)cc[k]), b[4 + k] = bits32((float)sc[k]);
+    b[3] = b[7] = 0;
+    print_table32("alignas(32) inline constexpr uint32_t kPairF[8]", b, 8, 4);
   }
 
   // tanhf's fast class: e^r - 1 = r + r^2 Q(r) on |r| <= ln2/2 (with room
@@ -361,6 +353,57 @@ int main() {
     uint32_t bq[m];
     for (int k = 0; k < m; ++k) bq[k] = bits32((float)q[k]);
     print_table32("inline constexpr uint32_t kExpm1F[5]", bq, m, 5);
+  }
+
+  // tanhf's plain class (double arithmetic on the widened lanes): with
+  // r = |x| - n ln2/2, |r| <= ln2/4 (with room for the reduction's rounding),
+  //   e^(2r) - 1 = r P(r),  P(r) = p0 + p1 r + ... + p7 r^7,
+  // P the minimax fit of (e^(2r) - 1)/r (the limit 2 at r = 0) in relative
+  // error (weight r/(e^(2r) - 1)), coefficients rounded to double. The
+  // relative fit error of r P (exact arithmetic on the rounded coefficients)
+  // must stay below 2^-37: the single result then rounds as if from the exact
+  // value up to 2^-13 ulp.
+  {
+    constexpr int m = 8;
+    const double h = mpfr_get_d(ln2, MPFR_RNDU) / 4 * (1 + 0x1p-20);
+    auto g = [](mpfr_t out, mpfr_t r) {  // (e^(2r) - 1)/r
+      if (mpfr_zero_p(r)) {
+        mpfr_set_ui(out, 2, MPFR_RNDN);
+        return;
+      }
+      mpfr_mul_2ui(out, r, 1, MPFR_RNDN);
+      mpfr_expm1(out, out, MPFR_RNDN);
+      mpfr_div(out, out, r, MPFR_RNDN);
+    };
+    auto wt = [&](mpfr_t out, mpfr_t r) {
+      g(out, r);
+      mpfr_ui_div(out, 1, out, MPFR_RNDN);
+    };
+    double p[m];
+    remez_fit_w(g, wt, m, -h, h, false, p);
+    double worst = 0;
+    for (int i = -4096; i <= 4096; ++i) {
+      if (i == 0) continue;
+      M r, v, want;
+      mpfr_set_d(r, h * i / 4096, MPFR_RNDN);
+      horner(v, p, m, r);
+      mpfr_mul(v, v, r, MPFR_RNDN);
+      mpfr_mul_2ui(want, r, 1, MPFR_RNDN);
+      mpfr_expm1(want, want, MPFR_RNDN);
+      mpfr_sub(v, v, want, MPFR_RNDN);
+      mpfr_div(v, v, want, MPFR_RNDN);
+      worst = std::fmax(worst, std::fabs(mpfr_get_d(v, MPFR_RNDN)));
+    }
+    if (worst > 0x1p-37) {
+      std::fprintf(stderr, "tanhf e^(2r) - 1 fit: error %.3g above 2^-37\n", worst);
+      ++row_failures;
+    }
+    std::printf("// tanhf (double lanes): e^(2r) - 1 = r (p0 + p1 r + ... + p7 r^7) on |r| <= ln2/4;\n"
+                "// minimax in relative error, lowest power first; max relative fit error 2^%.1f.\n",
+                std::log2(worst));
+    uint64_t bp[m];
+    for (int k = 0; k < m; ++k) bp[k] = bits64(p[k]);
+    print_table64("alignas(64) inline constexpr uint64_t kTanhfExp2[8]", bp, m);
   }
 
   close_file("hyperbolic_tables");

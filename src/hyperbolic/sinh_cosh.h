@@ -49,7 +49,7 @@ constexpr double kInvLn2 = f64_bits(0x3ff71547652b82feull);  // 1/ln2 = 1.442695
 // cosh r - 1 ~ r^2 (c2 + c4 r^2), the same in both families.
 constexpr double kC2 = f64_bits(0x3fdffffffffffdbdull);  // 0.49999999999996786
 constexpr double kC4 = f64_bits(0x3fa55555cf16d299ull);  // 0.041666680840909361
-// ln2 = kLn2Hi + kLn2Lo (sinh's full class and the pair kernel): the high part
+// ln2 = kLn2Hi + kLn2Lo (sinh's full class): the high part
 // with 17 trailing zero bits, 0.69314718055829871, and 1.6465949582897082e-12.
 constexpr double kLn2Hi = f64_bits(0x3fe62e42fefa0000ull);
 constexpr double kLn2Lo = f64_bits(0x3d7cf79abc9e3b3aull);
@@ -135,60 +135,52 @@ template <bool kOdd> RAVL_INLINE int scalarf(const float* xp, float* rp) {
 struct FloatRows : BoundRows<float, kBoundfBits> {};
 inline constexpr FloatRows kFloatRows{};
 
-// ---- the pair kernel: sinh, cosh and tanh from one reduction ------------------------
+// ---- the pair kernel: sinh and cosh from one reduction on single lanes ---------------
 //
 // For a >= 0: n = round(a/ln2) (the shifter's low bits), r = a - n ln2 in two
 // fused steps (ln2's high part has trailing zeros: n ln2_hi is exact for every
 // n in use), w = r^2, |r| <= ln2/2, and
 //   C = cosh r = 1 + w Pc(w),  S = sinh r = r + r w Ps(w)
-// (tables/hyperbolic.h kPairF, kPairD; fit errors 2^-30.8 and 2^-44.2). As
-// e^a = 2^n (C + S) and e^-a = 2^-n (C - S), with P = 2^(n-1), Q = 2^(-n-1):
+// (tables/hyperbolic.h kPairF; fit error 2^-30.8). As e^a = 2^n (C + S) and
+// e^-a = 2^-n (C - S), with P = 2^(n-1), Q = 2^(-n-1):
 //   sinh a = Dm C + Dp S,  cosh a = Dp C + Dm S,  Dm = P - Q, Dp = P + Q.
 // At n = 0, Dm = 0 and Dp = 1 exactly: sinh a = S and cosh a = C, so a small
 // a keeps its relative accuracy (a tiny or denormal a gives S = a exactly).
 // For n >= 1 the two products have the same sign (|S| <= 0.36 C) and nothing
-// cancels. P is finite for n up to 128 (single a up to 89.0, the lane bound of
-// sinhf and coshf); Q is built from min(n, 125) (double: 1021) so that it
-// stays normal, and is then far below half an ulp of P.
-template <class T> struct PairRows {
-  static constexpr bool kF = sizeof(T) == 4;
-  static constexpr int kN = kF ? 3 : 4;  // coefficients of Pc and of Ps
-  using U = typename Bits<T>::U;
-  using S = typename Bits<T>::S;
-  static constexpr T coef(int i) {
-    return kF ? (T)f32_bits(hyperbolic_tables::kPairF[i]) : (T)f64_bits(hyperbolic_tables::kPairD[i]);
-  }
-  // 1/ln2 rounded to the lane type.
-  Row<T> inv_ln2 = row(kF ? (T)f32_bits(logtab::kLog2ef) : (T)kInvLn2);
-  // 1.5 * 2^23 (0x4b400000); 1.5 * 2^52 (0x4338000000000000): a/ln2 + shift
-  // rounds to an integer n held in the low bits of the pattern.
-  Row<T> shift = row(kF ? (T)f32_bits(0x4b400000u) : (T)f64_bits(0x4338000000000000ull));
-  // ln2 = hi + lo (single: the log family's pair, hi on the grid 2^-17).
-  Row<T> ln2_hi = row(kF ? (T)f32_bits(logtab::kLn2HiF) : (T)kLn2Hi);
-  Row<T> ln2_lo = row(kF ? (T)f32_bits(logtab::kLn2LoF) : (T)kLn2Lo);
-  Row<T> pc[4] = {row(coef(0)), row(coef(1)), row(coef(2)), row(coef(3))};
-  Row<T> ps[4] = {row(coef(4)), row(coef(5)), row(coef(6)), row(coef(7))};
-  Row<T> one = row((T)1);
-  // n = (pattern of a/ln2 + shift) - shift_bits. P's pattern: (n + bias - 1)
-  // moved to the exponent field, i.e. (pattern - p_off) << mantissa bits;
-  // Q's: (bias - 1 - min(n, q_cap)) << mantissa bits.
-  Row<S> shift_bits = row(kF ? (S)0x4b400000 : (S)0x4338000000000000ll);
-  Row<S> p_off = row(kF ? (S)(0x4b400000 - 126) : (S)(0x4338000000000000ll - 1022));
-  Row<S> q_cap = row((S)(kF ? 125 : 1021)), q_top = row((S)(kF ? 126 : 1022));
-  Row<U> sign = row((U)((U)1 << (8 * sizeof(T) - 1))), abs = row((U)(~(U)0 >> 1));
+// cancels. P is finite for n up to 128 (a up to 89.0, the lane bound of sinhf
+// and coshf); Q is built from min(n, 125) so that it stays normal, and is
+// then far below half an ulp of P.
+struct PairRows {
+  static constexpr int kN = 3;  // coefficients of Pc and of Ps
+  static constexpr float coef(int i) { return f32_bits(hyperbolic_tables::kPairF[i]); }
+  // 1/ln2 rounded to single (the log tables' constant).
+  Row<float> inv_ln2 = row(f32_bits(logtab::kLog2ef));
+  // 1.5 * 2^23 (0x4b400000): a/ln2 + shift rounds to an integer n held in the
+  // low bits of the pattern.
+  Row<float> shift = row(f32_bits(0x4b400000u));
+  // ln2 = hi + lo (the log family's pair, hi on the grid 2^-17).
+  Row<float> ln2_hi = row(f32_bits(logtab::kLn2HiF)), ln2_lo = row(f32_bits(logtab::kLn2LoF));
+  Row<float> pc[kN] = {row(coef(0)), row(coef(1)), row(coef(2))};
+  Row<float> ps[kN] = {row(coef(4)), row(coef(5)), row(coef(6))};
+  Row<float> one = row(1.0f);
+  // n = (pattern of a/ln2 + shift) - shift_bits. P's pattern: (n + 126)
+  // moved to the exponent field, i.e. (pattern - p_off) << 23; Q's:
+  // (126 - min(n, q_cap)) << 23.
+  Row<int32_t> shift_bits = row<int32_t>(0x4b400000), p_off = row<int32_t>(0x4b400000 - 126),
+               q_cap = row<int32_t>(125), q_top = row<int32_t>(126);
+  Row<uint32_t> sign = row(0x80000000u), abs = row(0x7fffffffu);
 };
-template <class T> inline constexpr PairRows<T> kPairRows{};
+inline constexpr PairRows kPairRows{};
 
-template <class T, int L> struct PairParts {
-  Vec<T, L> dm, dp, c, s;  // P - Q, P + Q, cosh r, sinh r
+template <int L> struct PairParts {
+  Vec<float, L> dm, dp, c, s;  // P - Q, P + Q, cosh r, sinh r
 };
 
 // The parts for a = |x| (0 <= a <= 89.0; a NaN a gives NaN parts).
-template <class T, int L> RAVL_INLINE PairParts<T, L> pair_parts(Vec<T, L> a, const PairRows<T>& k) {
-  using V = Vec<T, L>;
-  using I = Vec<typename Bits<T>::S, L>;
-  constexpr int kMant = sizeof(T) == 4 ? 23 : 52;
-  constexpr int kN = PairRows<T>::kN;
+template <int L> RAVL_INLINE PairParts<L> pair_parts(Vec<float, L> a, const PairRows& k) {
+  using V = Vec<float, L>;
+  using I = Vec<int32_t, L>;
+  constexpr int kN = PairRows::kN;
   V v = fma(a, get<V>(k.inv_ln2), get<V>(k.shift));
   V n = v - get<V>(k.shift);
   V r = fnma(n, get<V>(k.ln2_hi), a);
@@ -202,8 +194,8 @@ template <class T, int L> RAVL_INLINE PairParts<T, L> pair_parts(Vec<T, L> a, co
   I vi = as_int(v);
   I ni = vi - get<I>(k.shift_bits);
   I nq = select(ni > get<I>(k.q_cap), get<I>(k.q_cap), ni);
-  V p = as_float<V>((vi - get<I>(k.p_off)) << kMant);
-  V q = as_float<V>((get<I>(k.q_top) - nq) << kMant);
+  V p = as_float<V>((vi - get<I>(k.p_off)) << 23);
+  V q = as_float<V>((get<I>(k.q_top) - nq) << 23);
   return {p - q, p + q, fma(w, pc, get<V>(k.one)), fma(r * w, ps, r)};
 }
 
@@ -228,8 +220,8 @@ template <const auto& kRows, bool kOdd, class Path> struct Kernels {
     template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
       using V = Vec<float, L>;
       using U = Vec<uint32_t, L>;
-      const PairRows<float>& k = rows(kPairRows<float>);
-      const PairParts<float, L> t = pair_parts<float, L>(as_float<V>(as_uint(x) & get<U>(k.abs)), k);
+      const PairRows& k = rows(kPairRows);
+      const PairParts<L> t = pair_parts<L>(as_float<V>(as_uint(x) & get<U>(k.abs)), k);
       V y = kOdd ? fma(t.dm, t.c, t.dp * t.s) : fma(t.dp, t.c, t.dm * t.s);
       return kOdd ? as_float<V>(as_uint(y) | (as_uint(x) & get<U>(k.sign))) : y;
     }

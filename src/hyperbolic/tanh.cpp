@@ -8,8 +8,9 @@
 // The other members settle every lane inline (no scalar routine):
 //   tanh _native                  E/(E + 2), E = e^(2|x|) - 1 (expm1's fast
 //                                 double kernel), |x| clamped to 20 first;
-//   tanhf plain                   sinh/cosh from one reduction (the pair
-//                                 kernel) in double, rounded once;
+//   tanhf plain                   E/(E + 2), E = e^(2|x|) - 1 by a short
+//                                 double kernel on the widened lanes,
+//                                 |x| clamped to 10 first, rounded once;
 //   tanhf _native                 E/(E + 2), E = e^(2|x|) - 1 by a short
 //                                 single kernel, |x| clamped to 10 first.
 // Special inputs give the same results in every class: +-inf -> +-1, NaN ->
@@ -19,7 +20,6 @@
 // them against MPFR.
 #include "exp_log/expm1_core.h"
 #include "frame/entry.h"
-#include "hyperbolic/sinh_cosh.h"
 #include "tables/hyperbolic.h"
 
 namespace ravl {
@@ -126,34 +126,89 @@ struct TanhFast : frame::Kernel {
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) { return tanh_fast<L>(x); }
 };
 
-// ---- single, full class: the pair kernel, no scalar routine -----------------------
+// ---- single, full class: E/(E + 2) in double --------------------------------------
 //
-// tanh a = sinh a / cosh a = (Dm C + Dp S)/(Dp C + Dm S) from the pair kernel
-// (hyperbolic/sinh_cosh.h) on a = min(|x|, 10): at n = 0 the quotient is S/C,
-// so small a keeps its relative accuracy (a denormal a gives a); from 9.01
-// up tanh rounds to 1 in single, and at a = 10 the quotient is 1 - 2^-27.6
-// (rounds to 1). An infinite x becomes 10 and gives +-1; a NaN lane takes x + x
-// back by a blend. The sign of x is ORed back: tanh(-x) = -tanh(x) bit for bit.
-// tanhf plain: the kernel on the widened lanes in double (fit 2^-44.2), one
-// division, rounded once to single: 0.500 ulp.
-using sinh_cosh::PairParts;
-using sinh_cosh::PairRows;
-using sinh_cosh::pair_parts;
+// tanh a = E/(E + 2), E = e^(2a) - 1, on the widened lanes a = min(10, |x|)
+// (tanh rounds to 1 in single from 9.01 up; at a = 10 the quotient is 1 -
+// 2^-27.9, which rounds to 1; an infinite x gives 10 and +-1, a NaN |x| stays
+// NaN through min(10, |x|) and every step after it). With n = round(a 2/ln2)
+// (the shifter's low bits) and r = a - n ln2/2 in one fused step, |r| <=
+// ln2/4, t = 2^n:
+//   E = t e^(2r) - 1 = t r P(r) + (t - 1)
+// (tables/hyperbolic.h kTanhfExp2: e^(2r) - 1 = r P(r), relative fit error
+// 2^-37.7; P as its even and odd parts in w = r^2, two chains of three fused
+// steps side by side, three steps shorter than Horner's rule in r), one fused
+// step on t r (exact) and t - 1 (exact for n <= 29, from a = 10). ln2/2 as
+// one double is 1.2e-17 below ln2/2: r is off by at most 29 times that,
+// 2^-50.4 relative in e^(2a). For n >= 1, E >= e^(ln2/2) - 1 = 0.414 and the
+// sum cancels by at most a factor sqrt 2 (n = 1, r = -ln2/4); at n = 0, t = 1
+// and E is r P(r) rounded once, so small a keeps its relative accuracy (a
+// single denormal a gives 2a/(2a + 2), which rounds to a). E's relative
+// error, about 2^-37, reaches the quotient times 2/(E + 2) <= 1; the division
+// and the one rounding to single add the rest. The sign of x is ORed back on
+// the single lanes: tanh(-x) = -tanh(x) bit for bit, tanh(-0) = -0.
+// Max error 0.5001 ulp (every single; x = 0x1.f93e88p-10, where tanh lies
+// within 2^-13 ulp of a halfway point between two singles).
+//
+// Width 8 computes its two 4-lane halves side by side, each reading its
+// constants as operands through its own pointer (rows_apart), so that the
+// halves overlap without holding constants in registers for both.
+struct TanhfRows {
+  // 2/ln2 = 2.8853900817779268 (0x40071547652b82fe); ln2/2 =
+  // 0.34657359027997264 (0x3fd62e42fefa39ef), both double roundings (twice
+  // 1/ln2 and half ln2 rounded).
+  Row<double> inv_ln2x2 = row(f64_bits(0x40071547652b82feull)), ln2o2 = row(f64_bits(0x3fd62e42fefa39efull));
+  // 1.5 * 2^52 + 1023 (0x43380000000003ff): a 2/ln2 + shift rounds to an
+  // integer n whose pattern's low bits hold n + 1023, the biased exponent of
+  // 2^n (moved up by 52 bits the pattern is t). The same value twice: n = v -
+  // shift reads its own row as the subtraction's memory operand, where one
+  // row would have the compiler hold the shifter in a register between its
+  // two uses (a register fewer; about a cycle a call less, .so and DLL).
+  Row<double> shift = row(f64_bits(0x43380000000003ffull)), shift_again = row(f64_bits(0x43380000000003ffull));
+  Row<double> p[8] = {row(f64_bits(hyperbolic_tables::kTanhfExp2[0])), row(f64_bits(hyperbolic_tables::kTanhfExp2[1])),
+                      row(f64_bits(hyperbolic_tables::kTanhfExp2[2])), row(f64_bits(hyperbolic_tables::kTanhfExp2[3])),
+                      row(f64_bits(hyperbolic_tables::kTanhfExp2[4])), row(f64_bits(hyperbolic_tables::kTanhfExp2[5])),
+                      row(f64_bits(hyperbolic_tables::kTanhfExp2[6])), row(f64_bits(hyperbolic_tables::kTanhfExp2[7]))};
+  Row<double> one = row(1.0), two = row(2.0);
+  // On the single lanes: the clamp 10, |x| and the sign bit.
+  Row<float> last = row(10.0f);
+  Row<uint32_t> abs = row(0x7fffffffu), sign = row(0x80000000u);
+};
+inline constexpr TanhfRows kTanhfRows{};
 
-template <class T, int L> RAVL_INLINE Vec<T, L> tanh_pair(Vec<T, L> x) {
-  using V = Vec<T, L>;
-  using U = UIntOf<V>;
-  const PairRows<T>& k = rows(sinh_cosh::kPairRows<T>);
-  V a = hw_min(as_float<V>(as_uint(x) & get<U>(k.abs)), V((T)10));
-  const PairParts<T, L> t = pair_parts<T, L>(a, k);
-  V y = fma(t.dm, t.c, t.dp * t.s) / fma(t.dp, t.c, t.dm * t.s);
-  y = as_float<V>(as_uint(y) | (as_uint(x) & get<U>(k.sign)));
-  return select(is_nan(x), x + x, y);
+// tanh a on four widened lanes, 0 <= a <= 10 or NaN.
+RAVL_INLINE F64x4 tanhf_half(F64x4 a, const TanhfRows& c) {
+  using V = F64x4;
+  V v = fma(a, get<V>(c.inv_ln2x2), get<V>(c.shift));
+  V n = v - get<V>(c.shift_again);
+  V r = fnma(n, get<V>(c.ln2o2), a);
+  V w = r * r;
+  V pe = fma(fma(fma(get<V>(c.p[6]), w, get<V>(c.p[4])), w, get<V>(c.p[2])), w, get<V>(c.p[0]));
+  V po = fma(fma(fma(get<V>(c.p[7]), w, get<V>(c.p[5])), w, get<V>(c.p[3])), w, get<V>(c.p[1]));
+  V p = fma(po, r, pe);
+  V t = as_float<V>(as_uint(v) << 52);
+  V e = fma(t * r, p, t - get<V>(c.one));
+  return e / (e + get<V>(c.two));
 }
+
 struct TanhfFull : frame::Kernel {
   using sig = float(float);
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) {
-    return via_double<L>(x, [](F64x4 v) { return tanh_pair<double, 4>(v); });
+    using V = Vec<float, L>;
+    using U = Vec<uint32_t, L>;
+    const TanhfRows& c = rows(kTanhfRows);
+    V a = hw_min(get<V>(c.last), as_float<V>(as_uint(x) & get<U>(c.abs)));
+    V y;
+    if constexpr (L == 8) {
+      const TanhfRows& c1 = rows_apart(kTanhfRows);
+      F64x4 y0 = tanhf_half(convert<double>(slice<0, 4>(a)), c);
+      F64x4 y1 = tanhf_half(convert<double>(slice<4, 4>(a)), c1);
+      y = join(convert<float>(y0), convert<float>(y1));
+    } else {
+      static_assert(L == 4, "four or eight lanes");
+      y = convert<float>(tanhf_half(convert<double>(a), c));
+    }
+    return as_float<V>(as_uint(y) | (as_uint(x) & get<U>(c.sign)));
   }
 };
 
