@@ -17,7 +17,9 @@
 // 2^e [1 + m/4, 1 + (m + 1)/4): |u| <= 0.0589 there (at q = 2^e with e = 0,
 // u = -(1/8)/(1 + 1.125)), |u| < 1/16 at the ends. The node's row and c come
 // from the bits of t = min(max(q, 2^-5), 16). Single nodes: powers of two
-// (below, "single lanes").
+// (below, "single lanes"). The _native classes of the pairs take no table:
+// three fixed nodes 0, 1 and infinity and a longer series (doubles, below,
+// "double lanes, _native class of the pairs"), or none (singles).
 #pragma once
 
 #include "frame/entry.h"
@@ -173,24 +175,20 @@ RAVL_INLINE Vec<double, L> atan2_pair(Vec<double, L> y, Vec<double, L> x, Vec<do
   return as_float<V>(as_uint(angle<kPi, kTerms, kTwoSum>(u, ul, off, k)) ^ sign_bit(y));
 }
 
-// The lanes atan2_pair cannot take: max(|x|, |y|) outside [2^-900, 2^1000],
-// a nonzero ratio q below 2^-60 (there |y| may be too small for the
-// division's residual, and u/pi's low parts, to be normal: the full class
-// only; the fast class has neither, its angle at node 0 is u (or pi - u),
-// u = |y|/|x| correctly rounded, u/pi rounded once), infinities, zero pairs
-// and NaN (q = |y|/|x| NaN).
+// The lanes the full class's atan2_pair cannot take: max(|x|, |y|) outside
+// [2^-900, 2^1000], a nonzero ratio q below 2^-60 (there |y| may be too
+// small for the division's residual, and u/pi's low parts, to be normal),
+// infinities, zero pairs and NaN (q = |y|/|x| NaN). (The fast class has its
+// own kernel and test, atan2_fast below.)
 struct FlagRows {
   Row<double> lo = row(0x1p-900), hi = row(0x1p1000), qlo = row(0x1p-60);
 };
 inline constexpr FlagRows kFlagRows{};
-template <bool kFull, int L>
-RAVL_INLINE Mask<double, L> atan2_flag(Vec<double, L> y, Vec<double, L> x, Vec<double, L> q) {
+template <int L> RAVL_INLINE Mask<double, L> atan2_flag(Vec<double, L> y, Vec<double, L> x, Vec<double, L> q) {
   using V = Vec<double, L>;
   const FlagRows& k = rows(kFlagRows);
   V m = hw_max(abs(y), abs(x));
-  auto flag = not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | is_nan(q);
-  if constexpr (kFull) flag = flag | ((q < get<V>(k.qlo)) & (q > V(0)));
-  return flag;
+  return not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | is_nan(q) | ((q < get<V>(k.qlo)) & (q > V(0)));
 }
 
 // The special-lane routine of atan2 and atan2pi (half = pi or 1, the angle
@@ -385,6 +383,105 @@ template <bool kPi, int L> RAVL_INLINE Vec<float, L> atan2f_fast(Vec<float, L> y
   return as_float<V>(as_uint(r) ^ sign_bit(y));
 }
 
+// ---- double lanes, _native class of the pairs ------------------------------------
+//
+// No nodes and no table. Two compares of q = |y|/|x| against t = tan(pi/8)
+// (rounded; on the products t|x| and t|y|, no quotient) choose one of three
+// regions, and with it the numerator and denominator of one division:
+//   q <= t:           u = |y| / |x|,                angle atan(u),
+//   t < q < 1/t:      u = (|y| - |x|) / (|y| + |x|), angle pi/4 + atan(u),
+//   q >= 1/t:         u = -|x| / |y|,               angle pi/2 + atan(u),
+// (the middle one is tan(atan(q) - pi/4)), so that |u| <= tan(pi/8) in each
+// to a few ulp, and atan(u) = u + u s P(s), s = u^2, with the 8-term minimax
+// series of tables/atan.h (relative error 2^-45.0 there), evaluated by
+// Estrin's scheme. For x < 0 (-0 included) the angle is pi minus that: the
+// base B = 0, pi/4, pi/2 becomes pi - B and u changes sign; then the sign of
+// y. The result is (B + u) + u s P in one fma; it never cancels (|atan(u)| <=
+// pi/8 <= B/2 where B != 0), so the roundings of u (one, or two in the middle
+// region, whose numerator rounds where |x| and |y| are more than a factor 2
+// apart), of B, of B + u and of the series' terms add a few 2^-53 to the
+// series' 2^-45.0. In half turns B is 0, 1/4, 1/2, 3/4 or 1 (exact), u is
+// taken times 1/pi rounded and P holds P/pi.
+template <bool kPi> struct FastRowsD {
+  static constexpr const uint64_t* kP = kPi ? atan_tables::kAtanPiFastD : atan_tables::kAtanFastD;
+  static constexpr int kTerms = sizeof atan_tables::kAtanFastD / sizeof(uint64_t);
+  Row<double> p[kTerms] = {row(f64_bits(kP[0])), row(f64_bits(kP[1])), row(f64_bits(kP[2])),
+                           row(f64_bits(kP[3])), row(f64_bits(kP[4])), row(f64_bits(kP[5])),
+                           row(f64_bits(kP[6])), row(f64_bits(kP[7]))};
+  // t twice, so that each product reads it as its memory operand (one
+  // register fewer than a t held for both).
+  Row<double> t8 = row(f64_bits(atan_tables::kTanPi8D)), t8_again = t8;
+  // pi/4, pi/2 and pi rounded (0x3fe921fb54442d18, 0x3ff921fb54442d18,
+  // 0x400921fb54442d18), or 1/4, 1/2 and 1.
+  Row<double> eighth = row(kPi ? 0.25 : f64_bits(0x3fe921fb54442d18ull)),
+              quarter = row(kPi ? 0.5 : f64_bits(0x3ff921fb54442d18ull)),
+              half = row(kPi ? 1.0 : f64_bits(0x400921fb54442d18ull));
+  Row<double> ipi = row(kInvPi);
+  Row<uint64_t> sign = row<uint64_t>(0x8000000000000000ull);
+  static_assert(kTerms == 8, "the kernel's Estrin scheme takes eight coefficients");
+};
+template <bool kPi> inline constexpr FastRowsD<kPi> kFastRowsD{};
+
+// The lanes the series leaves to the scalar routine: NaN in either
+// coordinate, infinities, zero pairs, pairs whose sum |x| + |y| overflows,
+// and pairs with |x| + |y| < 2^-1000 (where t max(|x|, |y|) could be
+// denormal and a region test inexact), the sums outside [2^-1000, DBL_MAX];
+// the rest (denormal coordinates included: a tiny or denormal u is correctly
+// rounded, and the angle is u, pi - u or pi/2 -+ u) is ordinary. The scalar
+// routine scales a pair's coordinates into range. One integer add and one
+// signed compare: bits(m) + 2^63 - bits(2^-1000) puts [2^-1000, DBL_MAX]
+// (read as a signed integer) at or below bits(DBL_MAX) - bits(2^-1000) -
+// 2^63, and every other m >= 0 or NaN above it.
+struct FastFlagRowsD {
+  Row<uint64_t> bias = row<uint64_t>(0x7e90000000000000ull);  // 2^63 - 0x0170000000000000 (2^-1000)
+  Row<int64_t> top = row<int64_t>((int64_t)0xfe7fffffffffffffull);  // 0x7fefffffffffffff (DBL_MAX) + that
+};
+inline constexpr FastFlagRowsD kFastFlagRowsD{};
+template <int L> RAVL_INLINE Mask<double, L> atan2_fast_flag(Vec<double, L> y, Vec<double, L> x) {
+  using V = Vec<double, L>;
+  const FastFlagRowsD& k = rows(kFastFlagRowsD);
+  V m = abs(x) + abs(y);
+  return as_int(as_uint(m) + get<Vec<uint64_t, L>>(k.bias)) > get<Vec<int64_t, L>>(k.top);
+}
+
+// Code shape only (the same operations on the same values): two empty asms
+// keep at most eight values live, so that the common path keeps to ymm0-7,
+// the registers a call may clobber on Linux (widths 1 to 4 and 16; width 8
+// computes its two halves side by side): x is taken as changed once the
+// region tests are made (what is made from x waits for them), and the
+// series' second half reads its rows through a pointer taken as computed
+// from the first half's sum q0. The sign row serves -x and the sign of y as
+// memory operands, not a held register.
+template <bool kPi, int L> RAVL_INLINE Vec<double, L> atan2_fast(Vec<double, L> y, Vec<double, L> x) {
+  using V = Vec<double, L>;
+  using U = Vec<uint64_t, L>;
+  const FastRowsD<kPi>& k = rows(kFastRowsD<kPi>);
+  V ax = abs(x), ay = abs(y);
+  auto above = ay > ax * get<V>(k.t8);       // q > t: the middle or the top region
+  auto top = ax < ay * get<V>(k.t8_again);  // q > 1/t
+  __asm__("" : "+x"(x) : "x"(above), "x"(top));
+  // v = u with the sign of x, applied through the division's operands (|x|
+  // with the sign of x is x): (|y|, x), (+-(|y| - |x|), |y| + |x|), (-x, |y|).
+  U sx = as_uint(x) ^ as_uint(ax);
+  V n = select(above, select(top, as_float<V>(as_uint(x) ^ get<U>(k.sign)), as_float<V>(as_uint(ay - ax) ^ sx)), ay);
+  V d = select(above, select(top, ay, ay + ax), x);
+  V v = n / d;
+  // B, and pi - B for x < 0 (the sign bit of x selects); c = B + v.
+  V b = select(above, select(top, get<V>(k.quarter), get<V>(k.eighth)), V(0));
+  b = select_sign(as_uint(x), b, get<V>(k.half) - b);
+  V c = kPi ? fma(v, get<V>(k.ipi), b) : b + v;
+  // P(s) = q0 + s^4 q1, q0 and q1 of four coefficients each in pairs
+  // (Estrin's scheme: depth three fmas after s).
+  V s = v * v, s2 = s * s;
+  V vs = v * s;
+  V q0 = fma(s2, fma(s, get<V>(k.p[3]), get<V>(k.p[2])), fma(s, get<V>(k.p[1]), get<V>(k.p[0])));
+  const FastRowsD<kPi>* kq = &k;
+  __asm__("" : "+r"(kq) : "x"(q0));
+  V q1 = fma(s2, fma(s, get<V>(kq->p[7]), get<V>(kq->p[6])), fma(s, get<V>(kq->p[5]), get<V>(kq->p[4])));
+  V r = fma(vs, fma(s2 * s2, q1, q0), c);
+  return as_float<V>(as_uint(r) ^ (as_uint(y) & get<U>(kq->sign)));
+}
+
 // ---- the kernels ------------------------------------------------------------
 //
 // kPi: half turns (atanpi, atan2pi) instead of radians. Classes: full (plain)
@@ -414,10 +511,12 @@ template <bool kPi, bool kFull> struct Atan2D : frame::Kernel {
   using sig = double(double, double);
   static constexpr bool has_callout = true;
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> y, Vec<double, L> x) {
-    return atan2_pair<kPi, kFull ? 6 : 4, kFull>(y, x, abs(y) / abs(x));
+    if constexpr (kFull) return atan2_pair<kPi, 6, true>(y, x, abs(y) / abs(x));
+    else return atan2_fast<kPi>(y, x);
   }
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> y, Vec<double, L> x, Vec<double, L>) {
-    return atan2_flag<kFull>(y, x, abs(y) / abs(x));
+    if constexpr (kFull) return atan2_flag(y, x, abs(y) / abs(x));
+    else return atan2_fast_flag(y, x);
   }
   // The double routine, shared by both classes (and the single families).
   static RAVL_INLINE int scalar(const double* yp, const double* xp, double* rp) {
