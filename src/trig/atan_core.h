@@ -31,8 +31,8 @@ namespace atan_core {
 // ---- double lanes -----------------------------------------------------------
 
 // Taylor coefficients of (atan(u) - u)/u^3 = -1/3 + u^2/5 - ...: with |u| <
-// 1/16 the remainder after u^13/13 is below u^15/15, 2^-59.9 |u|; after u^9/9
-// (fast class) below u^11/11, 2^-43.5 |u|. In half turns the same divided by pi.
+// 1/16 the remainder after u^13/13 is below u^15/15, 2^-59.9 |u|. In half
+// turns the same divided by pi.
 constexpr double kInvPi = f64_bits(0x3fd45f306dc9c883ull);    // 1/pi rounded, 0x3fd45f306dc9c883
 constexpr double kInvPiLo = f64_bits(0xbc76b01ec5417056ull);  // 1/pi - kInvPi, 0xbc76b01ec5417056
 
@@ -94,25 +94,23 @@ template <int L> RAVL_INLINE Vec<double, L> rcp_est(Vec<double, L> d) {
   }
 }
 
-// The angle from u and the node's row (x < 0 rows included), rounded once
-// at the end. kTerms Taylor terms after u; with kTwoSum (the double full
-// class) S + e = hi + v exactly (Fast2Sum: hi = 0, or |hi| > |v|), v = u
-// (radians) or u/pi as v + vl, then the small terms and lo; without it hi +
-// (v + u^3 P) (the fast class, and the single families computed in double,
-// whose hi alone is within 2^-53).
-template <bool kPi, int kTerms, bool kTwoSum, int L>
+// The angle from u + ul and the node's row (x < 0 rows included), rounded
+// once at the end: six Taylor terms after u; S + e = hi + v exactly
+// (Fast2Sum: hi = 0, or |hi| > |v|), v = u (radians) or u/pi as v + vl,
+// then the small terms and lo.
+template <bool kPi, int L>
 RAVL_INLINE Vec<double, L> angle(Vec<double, L> u, Vec<double, L> ul, Vec<uint64_t, L> off, const DRows<kPi>& k) {
   using V = Vec<double, L>;
   const double* tab = reinterpret_cast<const double*>(kPi ? atan_tables::kAtanPiD : atan_tables::kAtanD);
   V hi, lo;
   gather_pairs<1>(tab, bitcast<Vec<int64_t, L>>(off), hi, lo);
   V s = u * u;
-  V p = horner<kTerms>(s, k.c);
-  if constexpr (kTwoSum && !kPi) {
+  V p = horner<6>(s, k.c);
+  if constexpr (!kPi) {
     V S = hi + u;
     V e = (hi - S) + u;
     return S + fma(u * s, p, (lo + ul) + e);
-  } else if constexpr (kTwoSum) {
+  } else {
     // u/pi = v + vl + u ipi_lo; where hi = 0 (node 0, x >= 0) the angle is
     // fma(u, 1/pi, the rest) in one rounding instead, since vl need not be
     // representable when u/pi is near the underflow threshold.
@@ -122,16 +120,13 @@ RAVL_INLINE Vec<double, L> angle(Vec<double, L> u, Vec<double, L> ul, Vec<uint64
     V S = hi + v;
     V e = (hi - S) + v;
     return select(hi == V(0), fma(u, get<V>(k.ipi), rest), S + ((lo + e) + (vl + rest)));
-  } else {
-    V v = kPi ? u * get<V>(k.ipi) : u;
-    return hi + fma(u * s, p, v);
   }
 }
 
 // atan(x) or atanpi(x): the pair (1, |x|); n = |x| - c exactly (c within a
 // factor 1.25 of |x|), n = -1 at node infinity, |x| = inf taken as DBL_MAX
-// there (so that 0 |x| = 0; hw_min keeps a NaN). The full class adds the
-// division's residual and d's rounding error: n/(d + dl) = u + (r - u dl)/d
+// there (so that 0 |x| = 0; hw_min keeps a NaN). It adds the division's
+// residual and d's rounding error: n/(d + dl) = u + (r - u dl)/d
 // with r = n - u d and dl = b|x| + a - d, both exact in one fma (a - d is
 // exact: d >= 1, or a = 0), divided by d through the reciprocal estimate
 // (12 bits of a term below 2^-52 u suffice).
@@ -139,22 +134,22 @@ struct AtanRows {
   Row<double> max = row(f64_bits(0x7fefffffffffffffull));  // DBL_MAX
 };
 inline constexpr AtanRows kAtanRows{};
-template <bool kPi, int kTerms, bool kTwoSum, int L> RAVL_INLINE Vec<double, L> atan1(Vec<double, L> x) {
+template <bool kPi, int L> RAVL_INLINE Vec<double, L> atan1(Vec<double, L> x) {
   using V = Vec<double, L>;
   const DRows<kPi>& k = rows(kDRows<kPi>);
   V ax = hw_min(get<V>(rows(kAtanRows).max), abs(x));
   Node<L> nd = node(ax, k);
   V n = fms(nd.a, ax, nd.b), d = fma(nd.b, ax, nd.a);
-  V u = n / d, ul = V(0);
-  if constexpr (kTwoSum) ul = fnma(u, fma(nd.b, ax, nd.a - d), fnma(u, d, n)) * rcp_est(d);
-  return as_float<V>(as_uint(angle<kPi, kTerms, kTwoSum>(u, ul, nd.off, k)) ^ sign_bit(x));
+  V u = n / d;
+  V ul = fnma(u, fma(nd.b, ax, nd.a - d), fnma(u, d, n)) * rcp_est(d);
+  return as_float<V>(as_uint(angle<kPi>(u, ul, nd.off, k)) ^ sign_bit(x));
 }
 
 // atan2(y, x) or atan2pi(y, x) on lanes where max(|x|, |y|) is in [2^-900,
 // 2^1000] and y/x is not NaN: c X and c Y (c < 14) stay finite, and a middle
 // node's numerator |y| - c |x| is exact in one rounding (its operands are
 // normal). x < 0 (-0 included): the pi - angle rows and -u; the sign of y last.
-template <bool kPi, int kTerms, bool kTwoSum, int L>
+template <bool kPi, int L>
 RAVL_INLINE Vec<double, L> atan2_pair(Vec<double, L> y, Vec<double, L> x, Vec<double, L> q) {
   using V = Vec<double, L>;
   using U = Vec<uint64_t, L>;
@@ -162,24 +157,24 @@ RAVL_INLINE Vec<double, L> atan2_pair(Vec<double, L> y, Vec<double, L> x, Vec<do
   V ax = abs(x), ay = abs(y);
   Node<L> nd = node(q, k);
   V n = fnma(nd.b, ax, nd.a * ay), d = fma(nd.b, ay, nd.a * ax);
-  V u = n / d, ul = V(0);
-  // The full class adds the division's residual r/d (r = n - u d exact): at
+  V u = n / d;
+  // The division's residual r/d (r = n - u d exact) is added: at
   // node 0 (n = |y|, d = |x|) and node infinity (n = -|x|, d = |y|) u + r/d
   // is the pair's ratio to 2^-100; at the middle nodes n and d keep their
   // own roundings (2^-53 each, on a term below |angle|/8).
-  if constexpr (kTwoSum) ul = fnma(u, d, n) / d;
+  V ul = fnma(u, d, n) / d;
   U sx = sign_bit(x);
   u = as_float<V>(as_uint(u) ^ sx);
   ul = as_float<V>(as_uint(ul) ^ sx);
   U off = nd.off + ((sx >> 53) & get<U>(k.negrows));
-  return as_float<V>(as_uint(angle<kPi, kTerms, kTwoSum>(u, ul, off, k)) ^ sign_bit(y));
+  return as_float<V>(as_uint(angle<kPi>(u, ul, off, k)) ^ sign_bit(y));
 }
 
-// The lanes the full class's atan2_pair cannot take: max(|x|, |y|) outside
-// [2^-900, 2^1000], a nonzero ratio q below 2^-60 (there |y| may be too
-// small for the division's residual, and u/pi's low parts, to be normal),
-// infinities, zero pairs and NaN (q = |y|/|x| NaN). (The fast class has its
-// own kernel and test, atan2_fast below.)
+// The lanes atan2_pair cannot take (the plain class's test; the _native
+// class has its own kernel and test, atan_fast and atan2_fast_flag below):
+// max(|x|, |y|) outside [2^-900, 2^1000], a nonzero ratio q below 2^-60
+// (there |y| may be too small for the division's residual, and u/pi's low
+// parts, to be normal), infinities, zero pairs and NaN (q = |y|/|x| NaN).
 struct FlagRows {
   Row<double> lo = row(0x1p-900), hi = row(0x1p1000), qlo = row(0x1p-60);
 };
@@ -444,26 +439,34 @@ template <int L> RAVL_INLINE Mask<double, L> atan2_fast_flag(Vec<double, L> y, V
   return as_int(as_uint(m) + get<Vec<uint64_t, L>>(k.bias)) > get<Vec<int64_t, L>>(k.top);
 }
 
-// Code shape only (the same operations on the same values): two empty asms
-// keep at most eight values live, so that the common path keeps to ymm0-7,
-// the registers a call may clobber on Linux (widths 1 to 4 and 16; width 8
-// computes its two halves side by side): x is taken as changed once the
-// region tests are made (what is made from x waits for them), and the
-// series' second half reads its rows through a pointer taken as computed
-// from the first half's sum q0. The sign row serves -x and the sign of y as
-// memory operands, not a held register.
-template <bool kPi, int L> RAVL_INLINE Vec<double, L> atan2_fast(Vec<double, L> y, Vec<double, L> x) {
+// atan2_fast<kPi, true>(y, x) is the pair's angle; atan_fast<kPi, false>(x,
+// 1) is atan(x) or atanpi(x), the pair (1, |x|) with the constant first
+// coordinate folded in (regions |x| <= t, t < |x| < 1/t, |x| >= 1/t; u =
+// |x|, (|x| - 1)/(|x| + 1) or -1/|x|). That one needs no scalar lanes: an
+// infinite |x| gives u = -0 (the quarter turn), NaN stays NaN (in the first
+// region's numerator), zeros and tiny |x| give u = |x| exactly (the sign of
+// x last).
+// Code shape only (the same operations on the same values): for the pairs,
+// two empty asms keep at most eight values live, so that the common path
+// keeps to ymm0-7, the registers a call may clobber on Linux (widths 1 to 4
+// and 16; width 8 computes its two halves side by side): x is taken as
+// changed once the region tests are made (what is made from x waits for
+// them), and the series' second half reads its rows through a pointer taken
+// as computed from the first half's sum q0. The sign row serves -x and the
+// sign of y as memory operands, not a held register.
+template <bool kPi, bool kPair, int L> RAVL_INLINE Vec<double, L> atan_fast(Vec<double, L> y, Vec<double, L> x) {
   using V = Vec<double, L>;
   using U = Vec<uint64_t, L>;
   const FastRowsD<kPi>& k = rows(kFastRowsD<kPi>);
   V ax = abs(x), ay = abs(y);
   auto above = ay > ax * get<V>(k.t8);       // q > t: the middle or the top region
   auto top = ax < ay * get<V>(k.t8_again);  // q > 1/t
-  __asm__("" : "+x"(x) : "x"(above), "x"(top));
+  if constexpr (kPair) __asm__("" : "+x"(x) : "x"(above), "x"(top));
   // v = u with the sign of x, applied through the division's operands (|x|
   // with the sign of x is x): (|y|, x), (+-(|y| - |x|), |y| + |x|), (-x, |y|).
   U sx = as_uint(x) ^ as_uint(ax);
-  V n = select(above, select(top, as_float<V>(as_uint(x) ^ get<U>(k.sign)), as_float<V>(as_uint(ay - ax) ^ sx)), ay);
+  V negx = kPair ? as_float<V>(as_uint(x) ^ get<U>(k.sign)) : -x;  // -1 folded for atan
+  V n = select(above, select(top, negx, as_float<V>(as_uint(ay - ax) ^ sx)), ay);
   V d = select(above, select(top, ay, ay + ax), x);
   V v = n / d;
   // B, and pi - B for x < 0 (the sign bit of x selects); c = B + v.
@@ -474,7 +477,9 @@ template <bool kPi, int L> RAVL_INLINE Vec<double, L> atan2_fast(Vec<double, L> 
   // (Estrin's scheme: depth three fmas after s).
   V s = v * v, s2 = s * s;
   V vs = v * s;
-  V q0 = fma(s2, fma(s, get<V>(k.p[3]), get<V>(k.p[2])), fma(s, get<V>(k.p[1]), get<V>(k.p[0])));
+  const FastRowsD<kPi>* kp = &k;
+  if constexpr (!kPair) __asm__("" : "+r"(kp) : "x"(v));
+  V q0 = fma(s2, fma(s, get<V>(kp->p[3]), get<V>(kp->p[2])), fma(s, get<V>(kp->p[1]), get<V>(kp->p[0])));
   const FastRowsD<kPi>* kq = &k;
   __asm__("" : "+r"(kq) : "x"(q0));
   V q1 = fma(s2, fma(s, get<V>(kq->p[7]), get<V>(kq->p[6])), fma(s, get<V>(kq->p[5]), get<V>(kq->p[4])));
@@ -487,12 +492,14 @@ template <bool kPi, int L> RAVL_INLINE Vec<double, L> atan2_fast(Vec<double, L> 
 // kPi: half turns (atanpi, atan2pi) instead of radians. Classes: full (plain)
 // and fast (_native).
 
-// atan, atanpi: no special lanes (infinities take node infinity, NaN
-// propagates through the division, zeros and tiny x give x).
+// atan, atanpi: no special lanes (infinities take node infinity, or give u
+// = -0 in the _native class; NaN propagates through the division; zeros and
+// tiny x give x). The _native class is the pairs' kernel on (1, |x|).
 template <bool kPi, bool kFull> struct AtanD : frame::Kernel {
   using sig = double(double);
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
-    return atan1<kPi, kFull ? 6 : 4, kFull>(x);
+    if constexpr (kFull) return atan1<kPi>(x);
+    else return atan_fast<kPi, false>(x, Vec<double, L>(1.0));
   }
 };
 template <bool kPi, bool kFull> struct AtanF : frame::Kernel {
@@ -511,8 +518,8 @@ template <bool kPi, bool kFull> struct Atan2D : frame::Kernel {
   using sig = double(double, double);
   static constexpr bool has_callout = true;
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> y, Vec<double, L> x) {
-    if constexpr (kFull) return atan2_pair<kPi, 6, true>(y, x, abs(y) / abs(x));
-    else return atan2_fast<kPi>(y, x);
+    if constexpr (kFull) return atan2_pair<kPi>(y, x, abs(y) / abs(x));
+    else return atan_fast<kPi, true>(y, x);
   }
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> y, Vec<double, L> x, Vec<double, L>) {
     if constexpr (kFull) return atan2_flag(y, x, abs(y) / abs(x));
@@ -521,7 +528,7 @@ template <bool kPi, bool kFull> struct Atan2D : frame::Kernel {
   // The double routine, shared by both classes (and the single families).
   static RAVL_INLINE int scalar(const double* yp, const double* xp, double* rp) {
     return atan2_scalar(*yp, *xp, rp, kAngles<kPi>, [](double y, double x) {
-      return atan2_pair<kPi, 6, true>(F64x2(y), F64x2(x), F64x2(__builtin_fabs(y) / __builtin_fabs(x)))[0];
+      return atan2_pair<kPi>(F64x2(y), F64x2(x), F64x2(__builtin_fabs(y) / __builtin_fabs(x)))[0];
     });
   }
 };
