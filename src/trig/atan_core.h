@@ -439,21 +439,22 @@ template <int L> RAVL_INLINE Mask<double, L> atan2_fast_flag(Vec<double, L> y, V
   return as_int(as_uint(m) + get<Vec<uint64_t, L>>(k.bias)) > get<Vec<int64_t, L>>(k.top);
 }
 
-// atan2_fast<kPi, true>(y, x) is the pair's angle; atan_fast<kPi, false>(x,
-// 1) is atan(x) or atanpi(x), the pair (1, |x|) with the constant first
-// coordinate folded in (regions |x| <= t, t < |x| < 1/t, |x| >= 1/t; u =
-// |x|, (|x| - 1)/(|x| + 1) or -1/|x|). That one needs no scalar lanes: an
-// infinite |x| gives u = -0 (the quarter turn), NaN stays NaN (in the first
-// region's numerator), zeros and tiny |x| give u = |x| exactly (the sign of
-// x last).
-// Code shape only (the same operations on the same values): for the pairs,
-// two empty asms keep at most eight values live, so that the common path
-// keeps to ymm0-7, the registers a call may clobber on Linux (widths 1 to 4
-// and 16; width 8 computes its two halves side by side): x is taken as
-// changed once the region tests are made (what is made from x waits for
-// them), and the series' second half reads its rows through a pointer taken
-// as computed from the first half's sum q0. The sign row serves -x and the
-// sign of y as memory operands, not a held register.
+// atan_fast<kPi, true>(y, x) is the pair's angle (atan2, atan2pi);
+// atan_fast<kPi, false>(x, 1) is atan(x) or atanpi(x), the pair (1, |x|)
+// with the constant first coordinate folded in (regions |x| <= t, t < |x| <
+// 1/t, |x| >= 1/t; u = |x|, (|x| - 1)/(|x| + 1) or -1/|x|). That one needs
+// no scalar lanes: an infinite |x| gives u = -0 (the quarter turn), NaN
+// stays NaN (in the first region's numerator), zeros and tiny |x| give u =
+// |x| exactly (the sign of x last).
+// Code shape only (the same operations on the same values): empty asms keep
+// at most eight values live, so that the common path keeps to ymm0-7, the
+// registers a call may clobber on Linux (widths 1 to 4, and 16 for the
+// pairs; width 8 computes its two halves side by side): for the pairs x is
+// taken as changed once the region tests are made (what is made from x
+// waits for them); the series' second half reads its rows through a pointer
+// taken as computed from the first half's sum q0, and (atan) its first half
+// through one taken as computed from v. The sign row serves -x and the sign
+// of y as memory operands, not a held register.
 template <bool kPi, bool kPair, int L> RAVL_INLINE Vec<double, L> atan_fast(Vec<double, L> y, Vec<double, L> x) {
   using V = Vec<double, L>;
   using U = Vec<uint64_t, L>;
