@@ -189,19 +189,19 @@ const struct {
     {"asinpif", "full", 0.8},  // 0.7499 (denormal results: two roundings)
     {"asinpif", "fast", 4.5},  // 4.441 (every single in [-1, 1])
     {"atan", "full", 0.52},     // 0.5107
-    {"atan", "fast", 760},      // 742.7 (Taylor to u^9 at |u| < 1/16)
+    {"atan", "fast", 260},      // 248.7 (atan2's _native kernel on (1, |x|): relative 2^-45.0)
     {"atanf", "full", 0.51},    // 0.5066
     {"atanf", "fast", 1.6},     // 1.573
     {"atanpi", "full", 1.0},    // 0.9701 on results near 2^-1022 (the u/pi split below the normal range), 0.52 elsewhere
-    {"atanpi", "fast", 490},    // 473.6
+    {"atanpi", "fast", 260},    // 249.9
     {"atanpif", "full", 1.0},   // 0.9797 on results near 2^-126, 0.51 elsewhere
     {"atanpif", "fast", 2.8},   // 2.751
     {"atan2", "full", 0.75},    // 0.7447
-    {"atan2", "fast", 760},     // 736.2
+    {"atan2", "fast", 260},     // 249.5 (one division to |u| <= tan(pi/8), an 8-term series: relative 2^-45.0)
     {"atan2f", "full", 0.51},   // 0.5065
     {"atan2f", "fast", 2.1},    // 2.001 (the single series r + r s P(s) on r in [0, 1], no nodes)
     {"atan2pi", "full", 0.75},  // 0.738
-    {"atan2pi", "fast", 480},   // 466.3
+    {"atan2pi", "fast", 260},   // 250.2 (atan2's _native kernel in half turns)
     {"atan2pif", "full", 0.52}, // 0.5125
     {"atan2pif", "fast", 1.7},  // 1.641
     // The pi-scaled forms (the ranges below; singles also every positive float below 2^23,

@@ -200,6 +200,83 @@ void single_fast_series() {
   }
 }
 
+// The double _native kernel of the pairs: atan(u) = u + u s P(s) for |u| <=
+// tan(pi/8), s = u^2, P with kFastTermsD coefficients (lowest power first),
+// the minimax fit of (atan(u)/u - 1)/s in the relative error of the series
+// (weight s u/atan(u); s from 2^-20) on s up to tan(pi/8)^2 (1 + 2^-40),
+// which covers every |u| the kernel forms (its region tests use tan(pi/8)
+// rounded, and u is rounded once); rounded to double; and P/pi for the
+// half-turn forms (atanpi(u) = u/pi + u s P/pi). The series with the rounded
+// coefficients (exact arithmetic, 1/pi exact) must stay within
+// kFastBudgetD relative on 8192 points of |u| up to that bound. Also prints
+// the region bound tan(pi/8) rounded, checked to be within that bound.
+constexpr int kFastTermsD = 8;
+constexpr double kFastBudgetD = 0x1.2p-45;  // 2^-44.83
+void double_fast_series() {
+  M t8;
+  mpfr_const_pi(t8, MPFR_RNDN);
+  mpfr_div_ui(t8, t8, 8, MPFR_RNDN);
+  mpfr_tan(t8, t8, MPFR_RNDN);
+  const double t8d = mpfr_get_d(t8, MPFR_RNDN);
+  M smax;
+  mpfr_sqr(smax, t8, MPFR_RNDN);
+  mpfr_mul_d(smax, smax, 1 + 0x1p-40, MPFR_RNDN);
+  const double smaxd = mpfr_get_d(smax, MPFR_RNDN);
+  expect_row(t8d * t8d * (1 + 0x1p-50) < smaxd, "tan(pi/8) rounded within the fit's range");
+  std::printf("inline constexpr uint64_t kTanPi8D = 0x%016llxull;  // tan(pi/8) rounded\n\n",
+              (unsigned long long)bits64(t8d));
+  for (int pi_unit = 0; pi_unit < 2; ++pi_unit) {
+    auto g = [pi_unit](mpfr_t out, mpfr_t s) {
+      M r, p;
+      mpfr_sqrt(r, s, MPFR_RNDN);
+      mpfr_atan(out, r, MPFR_RNDN);
+      mpfr_div(out, out, r, MPFR_RNDN);
+      mpfr_sub_ui(out, out, 1, MPFR_RNDN);
+      mpfr_div(out, out, s, MPFR_RNDN);
+      if (pi_unit) mpfr_const_pi(p, MPFR_RNDN), mpfr_div(out, out, p, MPFR_RNDN);
+    };
+    auto wt = [pi_unit](mpfr_t out, mpfr_t s) {
+      M r, a, p;
+      mpfr_sqrt(r, s, MPFR_RNDN);
+      mpfr_atan(a, r, MPFR_RNDN);
+      mpfr_mul(out, s, r, MPFR_RNDN);
+      mpfr_div(out, out, a, MPFR_RNDN);
+      if (pi_unit) mpfr_const_pi(p, MPFR_RNDN), mpfr_mul(out, out, p, MPFR_RNDN);
+    };
+    double c[kFastTermsD];
+    remez_fit_w(g, wt, kFastTermsD, 0x1p-20, smaxd, false, c);
+    double worst = 0;
+    for (int i = 1; i <= 8192; ++i) {
+      M u, s, p, want, got, pi;
+      mpfr_sqrt(u, smax, MPFR_RNDN);
+      mpfr_mul_d(u, u, i / 8192.0, MPFR_RNDN);
+      mpfr_sqr(s, u, MPFR_RNDN);
+      horner(p, c, kFastTermsD, s);
+      mpfr_mul(p, p, s, MPFR_RNDN);
+      mpfr_const_pi(pi, MPFR_RNDN);
+      if (pi_unit) mpfr_ui_div(got, 1, pi, MPFR_RNDN), mpfr_add(p, p, got, MPFR_RNDN);
+      else mpfr_add_ui(p, p, 1, MPFR_RNDN);
+      mpfr_mul(got, p, u, MPFR_RNDN);
+      mpfr_atan(want, u, MPFR_RNDN);
+      if (pi_unit) mpfr_div(want, want, pi, MPFR_RNDN);
+      mpfr_sub(got, got, want, MPFR_RNDN);
+      mpfr_div(got, got, want, MPFR_RNDN);
+      worst = std::fmax(worst, std::fabs(mpfr_get_d(got, MPFR_RNDN)));
+    }
+    if (worst > kFastBudgetD) {
+      std::fprintf(stderr, "double fast series (%s): fit error %.3g above %.3g\n", pi_unit ? "pi" : "radians", worst,
+                   kFastBudgetD);
+      ++row_failures;
+    }
+    uint64_t b[kFastTermsD];
+    for (int k = 0; k < kFastTermsD; ++k) b[k] = bits64(c[k]);
+    char decl[96];
+    std::snprintf(decl, sizeof decl, "alignas(64) inline constexpr uint64_t %s[%d]",
+                  pi_unit ? "kAtanPiFastD" : "kAtanFastD", kFastTermsD);
+    print_table64(decl, b, kFastTermsD);
+  }
+}
+
 }  // namespace
 
 int main() {
@@ -231,6 +308,13 @@ int main() {
       "// on r in [0, 1], rounded to single; max relative error of the series with\n"
       "// these coefficients below 2^-25), and P/pi (kAtanPiFastF) for half turns.\n");
   single_fast_series();
+  std::printf(
+      "// The double _native series of the pairs: atan(u) = u + u s P(s), s = u^2,\n"
+      "// |u| <= tan(pi/8), P's coefficients lowest power first (minimax in the\n"
+      "// series' relative error, rounded to double; max relative error of the\n"
+      "// series with these coefficients below 1.125 * 2^-45), and P/pi (kAtanPiFastD)\n"
+      "// for half turns; the region bound tan(pi/8) rounded.\n");
+  double_fast_series();
   close_file("atan_tables");
   return row_failures ? 1 : 0;
 }

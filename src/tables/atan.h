@@ -206,5 +206,22 @@ alignas(32) inline constexpr uint32_t kAtanPiFastF[8] = {
     0xbdd94c62u, 0x3d8256d2u, 0xbd39488au, 0x3d0b1026u, 0xbcc4ee5fu, 0x3c615ba8u, 0xbbaab944u, 0x3a73b620u,
 };
 
+// The double _native series of the pairs: atan(u) = u + u s P(s), s = u^2,
+// |u| <= tan(pi/8), P's coefficients lowest power first (minimax in the
+// series' relative error, rounded to double; max relative error of the
+// series with these coefficients below 1.125 * 2^-45), and P/pi (kAtanPiFastD)
+// for half turns; the region bound tan(pi/8) rounded.
+inline constexpr uint64_t kTanPi8D = 0x3fda827999fcef32ull;  // tan(pi/8) rounded
+
+alignas(64) inline constexpr uint64_t kAtanFastD[8] = {
+    0xbfd555555550be72ull, 0x3fc9999992bdf132ull, 0xbfc24922d09b9551ull, 0x3fbc7157314fe7f1ull,
+    0xbfb73e0dcb510929ull, 0x3fb35fc53280252aull, 0xbfae2700ea0a2db9ull, 0x3f9f9b7242377dd8ull,
+};
+
+alignas(64) inline constexpr uint64_t kAtanPiFastD[8] = {
+    0xbfbb2995e7b1de19ull, 0x3fb04c26b9dd5642ull, 0xbfa748351c5a0244ull, 0x3fa21b72053af8c2ull,
+    0xbf9d97d808afde2bull, 0x3f98aaf9bedd5fd0ull, 0xbf933211e330f46aull, 0x3f841f2c66028d2eull,
+};
+
 }  // namespace atan_tables
 }  // namespace ravl

@@ -17,7 +17,9 @@
 // 2^e [1 + m/4, 1 + (m + 1)/4): |u| <= 0.0589 there (at q = 2^e with e = 0,
 // u = -(1/8)/(1 + 1.125)), |u| < 1/16 at the ends. The node's row and c come
 // from the bits of t = min(max(q, 2^-5), 16). Single nodes: powers of two
-// (below, "single lanes").
+// (below, "single lanes"). The _native classes of the pairs take no table:
+// three fixed nodes 0, 1 and infinity and a longer series (doubles, below,
+// "double lanes, _native class of the pairs"), or none (singles).
 #pragma once
 
 #include "frame/entry.h"
@@ -29,8 +31,8 @@ namespace atan_core {
 // ---- double lanes -----------------------------------------------------------
 
 // Taylor coefficients of (atan(u) - u)/u^3 = -1/3 + u^2/5 - ...: with |u| <
-// 1/16 the remainder after u^13/13 is below u^15/15, 2^-59.9 |u|; after u^9/9
-// (fast class) below u^11/11, 2^-43.5 |u|. In half turns the same divided by pi.
+// 1/16 the remainder after u^13/13 is below u^15/15, 2^-59.9 |u|. In half
+// turns the same divided by pi.
 constexpr double kInvPi = f64_bits(0x3fd45f306dc9c883ull);    // 1/pi rounded, 0x3fd45f306dc9c883
 constexpr double kInvPiLo = f64_bits(0xbc76b01ec5417056ull);  // 1/pi - kInvPi, 0xbc76b01ec5417056
 
@@ -92,25 +94,23 @@ template <int L> RAVL_INLINE Vec<double, L> rcp_est(Vec<double, L> d) {
   }
 }
 
-// The angle from u and the node's row (x < 0 rows included), rounded once
-// at the end. kTerms Taylor terms after u; with kTwoSum (the double full
-// class) S + e = hi + v exactly (Fast2Sum: hi = 0, or |hi| > |v|), v = u
-// (radians) or u/pi as v + vl, then the small terms and lo; without it hi +
-// (v + u^3 P) (the fast class, and the single families computed in double,
-// whose hi alone is within 2^-53).
-template <bool kPi, int kTerms, bool kTwoSum, int L>
+// The angle from u + ul and the node's row (x < 0 rows included), rounded
+// once at the end: six Taylor terms after u; S + e = hi + v exactly
+// (Fast2Sum: hi = 0, or |hi| > |v|), v = u (radians) or u/pi as v + vl,
+// then the small terms and lo.
+template <bool kPi, int L>
 RAVL_INLINE Vec<double, L> angle(Vec<double, L> u, Vec<double, L> ul, Vec<uint64_t, L> off, const DRows<kPi>& k) {
   using V = Vec<double, L>;
   const double* tab = reinterpret_cast<const double*>(kPi ? atan_tables::kAtanPiD : atan_tables::kAtanD);
   V hi, lo;
   gather_pairs<1>(tab, bitcast<Vec<int64_t, L>>(off), hi, lo);
   V s = u * u;
-  V p = horner<kTerms>(s, k.c);
-  if constexpr (kTwoSum && !kPi) {
+  V p = horner<6>(s, k.c);
+  if constexpr (!kPi) {
     V S = hi + u;
     V e = (hi - S) + u;
     return S + fma(u * s, p, (lo + ul) + e);
-  } else if constexpr (kTwoSum) {
+  } else {
     // u/pi = v + vl + u ipi_lo; where hi = 0 (node 0, x >= 0) the angle is
     // fma(u, 1/pi, the rest) in one rounding instead, since vl need not be
     // representable when u/pi is near the underflow threshold.
@@ -120,16 +120,13 @@ RAVL_INLINE Vec<double, L> angle(Vec<double, L> u, Vec<double, L> ul, Vec<uint64
     V S = hi + v;
     V e = (hi - S) + v;
     return select(hi == V(0), fma(u, get<V>(k.ipi), rest), S + ((lo + e) + (vl + rest)));
-  } else {
-    V v = kPi ? u * get<V>(k.ipi) : u;
-    return hi + fma(u * s, p, v);
   }
 }
 
 // atan(x) or atanpi(x): the pair (1, |x|); n = |x| - c exactly (c within a
 // factor 1.25 of |x|), n = -1 at node infinity, |x| = inf taken as DBL_MAX
-// there (so that 0 |x| = 0; hw_min keeps a NaN). The full class adds the
-// division's residual and d's rounding error: n/(d + dl) = u + (r - u dl)/d
+// there (so that 0 |x| = 0; hw_min keeps a NaN). It adds the division's
+// residual and d's rounding error: n/(d + dl) = u + (r - u dl)/d
 // with r = n - u d and dl = b|x| + a - d, both exact in one fma (a - d is
 // exact: d >= 1, or a = 0), divided by d through the reciprocal estimate
 // (12 bits of a term below 2^-52 u suffice).
@@ -137,22 +134,22 @@ struct AtanRows {
   Row<double> max = row(f64_bits(0x7fefffffffffffffull));  // DBL_MAX
 };
 inline constexpr AtanRows kAtanRows{};
-template <bool kPi, int kTerms, bool kTwoSum, int L> RAVL_INLINE Vec<double, L> atan1(Vec<double, L> x) {
+template <bool kPi, int L> RAVL_INLINE Vec<double, L> atan1(Vec<double, L> x) {
   using V = Vec<double, L>;
   const DRows<kPi>& k = rows(kDRows<kPi>);
   V ax = hw_min(get<V>(rows(kAtanRows).max), abs(x));
   Node<L> nd = node(ax, k);
   V n = fms(nd.a, ax, nd.b), d = fma(nd.b, ax, nd.a);
-  V u = n / d, ul = V(0);
-  if constexpr (kTwoSum) ul = fnma(u, fma(nd.b, ax, nd.a - d), fnma(u, d, n)) * rcp_est(d);
-  return as_float<V>(as_uint(angle<kPi, kTerms, kTwoSum>(u, ul, nd.off, k)) ^ sign_bit(x));
+  V u = n / d;
+  V ul = fnma(u, fma(nd.b, ax, nd.a - d), fnma(u, d, n)) * rcp_est(d);
+  return as_float<V>(as_uint(angle<kPi>(u, ul, nd.off, k)) ^ sign_bit(x));
 }
 
 // atan2(y, x) or atan2pi(y, x) on lanes where max(|x|, |y|) is in [2^-900,
 // 2^1000] and y/x is not NaN: c X and c Y (c < 14) stay finite, and a middle
 // node's numerator |y| - c |x| is exact in one rounding (its operands are
 // normal). x < 0 (-0 included): the pi - angle rows and -u; the sign of y last.
-template <bool kPi, int kTerms, bool kTwoSum, int L>
+template <bool kPi, int L>
 RAVL_INLINE Vec<double, L> atan2_pair(Vec<double, L> y, Vec<double, L> x, Vec<double, L> q) {
   using V = Vec<double, L>;
   using U = Vec<uint64_t, L>;
@@ -160,37 +157,33 @@ RAVL_INLINE Vec<double, L> atan2_pair(Vec<double, L> y, Vec<double, L> x, Vec<do
   V ax = abs(x), ay = abs(y);
   Node<L> nd = node(q, k);
   V n = fnma(nd.b, ax, nd.a * ay), d = fma(nd.b, ay, nd.a * ax);
-  V u = n / d, ul = V(0);
-  // The full class adds the division's residual r/d (r = n - u d exact): at
+  V u = n / d;
+  // The division's residual r/d (r = n - u d exact) is added: at
   // node 0 (n = |y|, d = |x|) and node infinity (n = -|x|, d = |y|) u + r/d
   // is the pair's ratio to 2^-100; at the middle nodes n and d keep their
   // own roundings (2^-53 each, on a term below |angle|/8).
-  if constexpr (kTwoSum) ul = fnma(u, d, n) / d;
+  V ul = fnma(u, d, n) / d;
   U sx = sign_bit(x);
   u = as_float<V>(as_uint(u) ^ sx);
   ul = as_float<V>(as_uint(ul) ^ sx);
   U off = nd.off + ((sx >> 53) & get<U>(k.negrows));
-  return as_float<V>(as_uint(angle<kPi, kTerms, kTwoSum>(u, ul, off, k)) ^ sign_bit(y));
+  return as_float<V>(as_uint(angle<kPi>(u, ul, off, k)) ^ sign_bit(y));
 }
 
-// The lanes atan2_pair cannot take: max(|x|, |y|) outside [2^-900, 2^1000],
-// a nonzero ratio q below 2^-60 (there |y| may be too small for the
-// division's residual, and u/pi's low parts, to be normal: the full class
-// only; the fast class has neither, its angle at node 0 is u (or pi - u),
-// u = |y|/|x| correctly rounded, u/pi rounded once), infinities, zero pairs
-// and NaN (q = |y|/|x| NaN).
+// The lanes atan2_pair cannot take (the plain class's test; the _native
+// class has its own kernel and test, atan_fast and atan2_fast_flag below):
+// max(|x|, |y|) outside [2^-900, 2^1000], a nonzero ratio q below 2^-60
+// (there |y| may be too small for the division's residual, and u/pi's low
+// parts, to be normal), infinities, zero pairs and NaN (q = |y|/|x| NaN).
 struct FlagRows {
   Row<double> lo = row(0x1p-900), hi = row(0x1p1000), qlo = row(0x1p-60);
 };
 inline constexpr FlagRows kFlagRows{};
-template <bool kFull, int L>
-RAVL_INLINE Mask<double, L> atan2_flag(Vec<double, L> y, Vec<double, L> x, Vec<double, L> q) {
+template <int L> RAVL_INLINE Mask<double, L> atan2_flag(Vec<double, L> y, Vec<double, L> x, Vec<double, L> q) {
   using V = Vec<double, L>;
   const FlagRows& k = rows(kFlagRows);
   V m = hw_max(abs(y), abs(x));
-  auto flag = not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | is_nan(q);
-  if constexpr (kFull) flag = flag | ((q < get<V>(k.qlo)) & (q > V(0)));
-  return flag;
+  return not_le(m, get<V>(k.hi)) | (m < get<V>(k.lo)) | is_nan(q) | ((q < get<V>(k.qlo)) & (q > V(0)));
 }
 
 // The special-lane routine of atan2 and atan2pi (half = pi or 1, the angle
@@ -385,17 +378,129 @@ template <bool kPi, int L> RAVL_INLINE Vec<float, L> atan2f_fast(Vec<float, L> y
   return as_float<V>(as_uint(r) ^ sign_bit(y));
 }
 
+// ---- double lanes, _native class of the pairs ------------------------------------
+//
+// No nodes and no table. Two compares of q = |y|/|x| against t = tan(pi/8)
+// (rounded; on the products t|x| and t|y|, no quotient) choose one of three
+// regions, and with it the numerator and denominator of one division:
+//   q <= t:           u = |y| / |x|,                angle atan(u),
+//   t < q < 1/t:      u = (|y| - |x|) / (|y| + |x|), angle pi/4 + atan(u),
+//   q >= 1/t:         u = -|x| / |y|,               angle pi/2 + atan(u),
+// (the middle one is tan(atan(q) - pi/4)), so that |u| <= tan(pi/8) in each
+// to a few ulp, and atan(u) = u + u s P(s), s = u^2, with the 8-term minimax
+// series of tables/atan.h (relative error 2^-45.0 there), evaluated by
+// Estrin's scheme. For x < 0 (-0 included) the angle is pi minus that: the
+// base B = 0, pi/4, pi/2 becomes pi - B and u changes sign; then the sign of
+// y. The result is (B + u) + u s P in one fma; it never cancels (|atan(u)| <=
+// pi/8 <= B/2 where B != 0), so the roundings of u (one, or two in the middle
+// region, whose numerator rounds where |x| and |y| are more than a factor 2
+// apart), of B, of B + u and of the series' terms add a few 2^-53 to the
+// series' 2^-45.0. In half turns B is 0, 1/4, 1/2, 3/4 or 1 (exact), u is
+// taken times 1/pi rounded and P holds P/pi.
+template <bool kPi> struct FastRowsD {
+  static constexpr const uint64_t* kP = kPi ? atan_tables::kAtanPiFastD : atan_tables::kAtanFastD;
+  static constexpr int kTerms = sizeof atan_tables::kAtanFastD / sizeof(uint64_t);
+  Row<double> p[kTerms] = {row(f64_bits(kP[0])), row(f64_bits(kP[1])), row(f64_bits(kP[2])),
+                           row(f64_bits(kP[3])), row(f64_bits(kP[4])), row(f64_bits(kP[5])),
+                           row(f64_bits(kP[6])), row(f64_bits(kP[7]))};
+  // t twice, so that each product reads it as its memory operand (one
+  // register fewer than a t held for both).
+  Row<double> t8 = row(f64_bits(atan_tables::kTanPi8D)), t8_again = t8;
+  // pi/4, pi/2 and pi rounded (0x3fe921fb54442d18, 0x3ff921fb54442d18,
+  // 0x400921fb54442d18), or 1/4, 1/2 and 1.
+  Row<double> eighth = row(kPi ? 0.25 : f64_bits(0x3fe921fb54442d18ull)),
+              quarter = row(kPi ? 0.5 : f64_bits(0x3ff921fb54442d18ull)),
+              half = row(kPi ? 1.0 : f64_bits(0x400921fb54442d18ull));
+  Row<double> ipi = row(kInvPi);
+  Row<uint64_t> sign = row<uint64_t>(0x8000000000000000ull);
+  static_assert(kTerms == 8, "the kernel's Estrin scheme takes eight coefficients");
+};
+template <bool kPi> inline constexpr FastRowsD<kPi> kFastRowsD{};
+
+// The lanes the series leaves to the scalar routine: NaN in either
+// coordinate, infinities, zero pairs, pairs whose sum |x| + |y| overflows,
+// and pairs with |x| + |y| < 2^-1000 (where t max(|x|, |y|) could be
+// denormal and a region test inexact), the sums outside [2^-1000, DBL_MAX];
+// the rest (denormal coordinates included: a tiny or denormal u is correctly
+// rounded, and the angle is u, pi - u or pi/2 -+ u) is ordinary. The scalar
+// routine scales a pair's coordinates into range. One integer add and one
+// signed compare: bits(m) + 2^63 - bits(2^-1000) puts [2^-1000, DBL_MAX]
+// (read as a signed integer) at or below bits(DBL_MAX) - bits(2^-1000) -
+// 2^63, and every other m >= 0 or NaN above it.
+struct FastFlagRowsD {
+  Row<uint64_t> bias = row<uint64_t>(0x7e90000000000000ull);  // 2^63 - 0x0170000000000000 (2^-1000)
+  Row<int64_t> top = row<int64_t>((int64_t)0xfe7fffffffffffffull);  // 0x7fefffffffffffff (DBL_MAX) + that
+};
+inline constexpr FastFlagRowsD kFastFlagRowsD{};
+template <int L> RAVL_INLINE Mask<double, L> atan2_fast_flag(Vec<double, L> y, Vec<double, L> x) {
+  using V = Vec<double, L>;
+  const FastFlagRowsD& k = rows(kFastFlagRowsD);
+  V m = abs(x) + abs(y);
+  return as_int(as_uint(m) + get<Vec<uint64_t, L>>(k.bias)) > get<Vec<int64_t, L>>(k.top);
+}
+
+// atan_fast<kPi, true>(y, x) is the pair's angle (atan2, atan2pi);
+// atan_fast<kPi, false>(x, 1) is atan(x) or atanpi(x), the pair (1, |x|)
+// with the constant first coordinate folded in (regions |x| <= t, t < |x| <
+// 1/t, |x| >= 1/t; u = |x|, (|x| - 1)/(|x| + 1) or -1/|x|). That one needs
+// no scalar lanes: an infinite |x| gives u = -0 (the quarter turn), NaN
+// stays NaN (in the first region's numerator), zeros and tiny |x| give u =
+// |x| exactly (the sign of x last).
+// Code shape only (the same operations on the same values): empty asms keep
+// at most eight values live, so that the common path keeps to ymm0-7, the
+// registers a call may clobber on Linux (widths 1 to 4, and 16 for the
+// pairs; width 8 computes its two halves side by side): for the pairs x is
+// taken as changed once the region tests are made (what is made from x
+// waits for them); the series' second half reads its rows through a pointer
+// taken as computed from the first half's sum q0, and (atan) its first half
+// through one taken as computed from v. The sign row serves -x and the sign
+// of y as memory operands, not a held register.
+template <bool kPi, bool kPair, int L> RAVL_INLINE Vec<double, L> atan_fast(Vec<double, L> y, Vec<double, L> x) {
+  using V = Vec<double, L>;
+  using U = Vec<uint64_t, L>;
+  const FastRowsD<kPi>& k = rows(kFastRowsD<kPi>);
+  V ax = abs(x), ay = abs(y);
+  auto above = ay > ax * get<V>(k.t8);       // q > t: the middle or the top region
+  auto top = ax < ay * get<V>(k.t8_again);  // q > 1/t
+  if constexpr (kPair) __asm__("" : "+x"(x) : "x"(above), "x"(top));
+  // v = u with the sign of x, applied through the division's operands (|x|
+  // with the sign of x is x): (|y|, x), (+-(|y| - |x|), |y| + |x|), (-x, |y|).
+  U sx = as_uint(x) ^ as_uint(ax);
+  V negx = kPair ? as_float<V>(as_uint(x) ^ get<U>(k.sign)) : -x;  // -1 folded for atan
+  V n = select(above, select(top, negx, as_float<V>(as_uint(ay - ax) ^ sx)), ay);
+  V d = select(above, select(top, ay, ay + ax), x);
+  V v = n / d;
+  // B, and pi - B for x < 0 (the sign bit of x selects); c = B + v.
+  V b = select(above, select(top, get<V>(k.quarter), get<V>(k.eighth)), V(0));
+  b = select_sign(as_uint(x), b, get<V>(k.half) - b);
+  V c = kPi ? fma(v, get<V>(k.ipi), b) : b + v;
+  // P(s) = q0 + s^4 q1, q0 and q1 of four coefficients each in pairs
+  // (Estrin's scheme: depth three fmas after s).
+  V s = v * v, s2 = s * s;
+  V vs = v * s;
+  const FastRowsD<kPi>* kp = &k;
+  if constexpr (!kPair) __asm__("" : "+r"(kp) : "x"(v));
+  V q0 = fma(s2, fma(s, get<V>(kp->p[3]), get<V>(kp->p[2])), fma(s, get<V>(kp->p[1]), get<V>(kp->p[0])));
+  const FastRowsD<kPi>* kq = &k;
+  __asm__("" : "+r"(kq) : "x"(q0));
+  V q1 = fma(s2, fma(s, get<V>(kq->p[7]), get<V>(kq->p[6])), fma(s, get<V>(kq->p[5]), get<V>(kq->p[4])));
+  V r = fma(vs, fma(s2 * s2, q1, q0), c);
+  return as_float<V>(as_uint(r) ^ (as_uint(y) & get<U>(kq->sign)));
+}
+
 // ---- the kernels ------------------------------------------------------------
 //
 // kPi: half turns (atanpi, atan2pi) instead of radians. Classes: full (plain)
 // and fast (_native).
 
-// atan, atanpi: no special lanes (infinities take node infinity, NaN
-// propagates through the division, zeros and tiny x give x).
+// atan, atanpi: no special lanes (infinities take node infinity, or give u
+// = -0 in the _native class; NaN propagates through the division; zeros and
+// tiny x give x). The _native class is the pairs' kernel on (1, |x|).
 template <bool kPi, bool kFull> struct AtanD : frame::Kernel {
   using sig = double(double);
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> x) {
-    return atan1<kPi, kFull ? 6 : 4, kFull>(x);
+    if constexpr (kFull) return atan1<kPi>(x);
+    else return atan_fast<kPi, false>(x, Vec<double, L>(1.0));
   }
 };
 template <bool kPi, bool kFull> struct AtanF : frame::Kernel {
@@ -414,15 +519,17 @@ template <bool kPi, bool kFull> struct Atan2D : frame::Kernel {
   using sig = double(double, double);
   static constexpr bool has_callout = true;
   template <int L> static RAVL_INLINE Vec<double, L> vec(Vec<double, L> y, Vec<double, L> x) {
-    return atan2_pair<kPi, kFull ? 6 : 4, kFull>(y, x, abs(y) / abs(x));
+    if constexpr (kFull) return atan2_pair<kPi>(y, x, abs(y) / abs(x));
+    else return atan_fast<kPi, true>(y, x);
   }
   template <int L> static RAVL_INLINE Mask<double, L> special(Vec<double, L> y, Vec<double, L> x, Vec<double, L>) {
-    return atan2_flag<kFull>(y, x, abs(y) / abs(x));
+    if constexpr (kFull) return atan2_flag(y, x, abs(y) / abs(x));
+    else return atan2_fast_flag(y, x);
   }
   // The double routine, shared by both classes (and the single families).
   static RAVL_INLINE int scalar(const double* yp, const double* xp, double* rp) {
     return atan2_scalar(*yp, *xp, rp, kAngles<kPi>, [](double y, double x) {
-      return atan2_pair<kPi, 6, true>(F64x2(y), F64x2(x), F64x2(__builtin_fabs(y) / __builtin_fabs(x)))[0];
+      return atan2_pair<kPi>(F64x2(y), F64x2(x), F64x2(__builtin_fabs(y) / __builtin_fabs(x)))[0];
     });
   }
 };
