@@ -338,8 +338,10 @@ int main(int argc, char** argv) {
     if (by_call) {
       // Other signatures, one register per argument (see above).
       std::string places = row->places[2];
-      if (places.find(":64") != std::string::npos || places.find('g') != std::string::npos) {
-        std::printf("%-20s not compared: an argument in two registers or an integer register\n", name.c_str());
+      if (places.find(":64") != std::string::npos || places.find('g') != std::string::npos ||
+          places.find('m') != std::string::npos) {
+        std::printf("%-20s not compared: an argument in two registers, in memory or in an integer register\n",
+                    name.c_str());
         failed = 1;
         continue;
       }
