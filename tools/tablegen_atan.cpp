@@ -137,6 +137,52 @@ void single_tables() {
   mpfr_clear(v);
 }
 
+// The series r + r s P(s) of the _native kernels (s = r^2): the function P
+// fits, (atan(r)/r - 1)/s, and the weight s r/atan(r) that makes the fit's
+// error relative to atan(r); in the half-turn form P/pi, weight times pi.
+void series_target(mpfr_t out, mpfr_t s, int pi_unit) {
+  M r, p;
+  mpfr_sqrt(r, s, MPFR_RNDN);
+  mpfr_atan(out, r, MPFR_RNDN);
+  mpfr_div(out, out, r, MPFR_RNDN);
+  mpfr_sub_ui(out, out, 1, MPFR_RNDN);
+  mpfr_div(out, out, s, MPFR_RNDN);
+  if (pi_unit) mpfr_const_pi(p, MPFR_RNDN), mpfr_div(out, out, p, MPFR_RNDN);
+}
+void series_weight(mpfr_t out, mpfr_t s, int pi_unit) {
+  M r, a, p;
+  mpfr_sqrt(r, s, MPFR_RNDN);
+  mpfr_atan(a, r, MPFR_RNDN);
+  mpfr_mul(out, s, r, MPFR_RNDN);
+  mpfr_div(out, out, a, MPFR_RNDN);
+  if (pi_unit) mpfr_const_pi(p, MPFR_RNDN), mpfr_mul(out, out, p, MPFR_RNDN);
+}
+
+// Max relative error of the series u + u s P(s) (u/pi + u s P in the
+// half-turn form, 1/pi exact here) against atan(u) (or atan(u)/pi) with the
+// rounded coefficients c and exact arithmetic, on u = umax i/8192, i = 1 ..
+// 8192.
+double series_error(const double* c, int n, const mpfr_t umax, int pi_unit) {
+  double worst = 0;
+  for (int i = 1; i <= 8192; ++i) {
+    M u, s, p, want, got, pi;
+    mpfr_mul_d(u, umax, i / 8192.0, MPFR_RNDN);
+    mpfr_sqr(s, u, MPFR_RNDN);
+    horner(p, c, n, s);
+    mpfr_mul(p, p, s, MPFR_RNDN);
+    mpfr_const_pi(pi, MPFR_RNDN);
+    if (pi_unit) mpfr_ui_div(got, 1, pi, MPFR_RNDN), mpfr_add(p, p, got, MPFR_RNDN);
+    else mpfr_add_ui(p, p, 1, MPFR_RNDN);
+    mpfr_mul(got, p, u, MPFR_RNDN);
+    mpfr_atan(want, u, MPFR_RNDN);
+    if (pi_unit) mpfr_div(want, want, pi, MPFR_RNDN);
+    mpfr_sub(got, got, want, MPFR_RNDN);
+    mpfr_div(got, got, want, MPFR_RNDN);
+    worst = std::fmax(worst, std::fabs(mpfr_get_d(got, MPFR_RNDN)));
+  }
+  return worst;
+}
+
 // The single _native kernel's series: atan(r) = r + r s P(s) on r in [0, 1],
 // s = r^2, P with kFastTerms coefficients (lowest power first), the minimax
 // fit of (atan(r)/r - 1)/s in the relative error of the series (weight
@@ -148,44 +194,15 @@ constexpr int kFastTerms = 8;
 constexpr double kFastBudget = 0x1p-25;
 void single_fast_series() {
   for (int pi_unit = 0; pi_unit < 2; ++pi_unit) {
-    auto g = [pi_unit](mpfr_t out, mpfr_t s) {
-      M r, p;
-      mpfr_sqrt(r, s, MPFR_RNDN);
-      mpfr_atan(out, r, MPFR_RNDN);
-      mpfr_div(out, out, r, MPFR_RNDN);
-      mpfr_sub_ui(out, out, 1, MPFR_RNDN);
-      mpfr_div(out, out, s, MPFR_RNDN);
-      if (pi_unit) mpfr_const_pi(p, MPFR_RNDN), mpfr_div(out, out, p, MPFR_RNDN);
-    };
-    auto wt = [pi_unit](mpfr_t out, mpfr_t s) {
-      M r, a, p;
-      mpfr_sqrt(r, s, MPFR_RNDN);
-      mpfr_atan(a, r, MPFR_RNDN);
-      mpfr_mul(out, s, r, MPFR_RNDN);
-      mpfr_div(out, out, a, MPFR_RNDN);
-      if (pi_unit) mpfr_const_pi(p, MPFR_RNDN), mpfr_mul(out, out, p, MPFR_RNDN);
-    };
+    auto g = [pi_unit](mpfr_t out, mpfr_t s) { series_target(out, s, pi_unit); };
+    auto wt = [pi_unit](mpfr_t out, mpfr_t s) { series_weight(out, s, pi_unit); };
     double c[kFastTerms];
     remez_fit_w(g, wt, kFastTerms, 0x1p-20, 1.0, true, c);
     // Max relative error of r + r s P(s) (times 1/pi in the half-turn form,
     // with 1/pi exact here) on 8192 points of (0, 1].
-    double worst = 0;
-    for (int i = 1; i <= 8192; ++i) {
-      M r, s, p, want, got, pi;
-      mpfr_set_d(r, i / 8192.0, MPFR_RNDN);
-      mpfr_sqr(s, r, MPFR_RNDN);
-      horner(p, c, kFastTerms, s);
-      mpfr_mul(p, p, s, MPFR_RNDN);
-      mpfr_const_pi(pi, MPFR_RNDN);
-      if (pi_unit) mpfr_ui_div(got, 1, pi, MPFR_RNDN), mpfr_add(p, p, got, MPFR_RNDN);
-      else mpfr_add_ui(p, p, 1, MPFR_RNDN);
-      mpfr_mul(got, p, r, MPFR_RNDN);
-      mpfr_atan(want, r, MPFR_RNDN);
-      if (pi_unit) mpfr_div(want, want, pi, MPFR_RNDN);
-      mpfr_sub(got, got, want, MPFR_RNDN);
-      mpfr_div(got, got, want, MPFR_RNDN);
-      worst = std::fmax(worst, std::fabs(mpfr_get_d(got, MPFR_RNDN)));
-    }
+    M one;
+    mpfr_set_ui(one, 1, MPFR_RNDN);
+    double worst = series_error(c, kFastTerms, one, pi_unit);
     if (worst > kFastBudget) {
       std::fprintf(stderr, "single fast series (%s): fit error %.3g above %.3g\n", pi_unit ? "pi" : "radians", worst,
                    kFastBudget);
@@ -226,43 +243,13 @@ void double_fast_series() {
   std::printf("inline constexpr uint64_t kTanPi8D = 0x%016llxull;  // tan(pi/8) rounded\n\n",
               (unsigned long long)bits64(t8d));
   for (int pi_unit = 0; pi_unit < 2; ++pi_unit) {
-    auto g = [pi_unit](mpfr_t out, mpfr_t s) {
-      M r, p;
-      mpfr_sqrt(r, s, MPFR_RNDN);
-      mpfr_atan(out, r, MPFR_RNDN);
-      mpfr_div(out, out, r, MPFR_RNDN);
-      mpfr_sub_ui(out, out, 1, MPFR_RNDN);
-      mpfr_div(out, out, s, MPFR_RNDN);
-      if (pi_unit) mpfr_const_pi(p, MPFR_RNDN), mpfr_div(out, out, p, MPFR_RNDN);
-    };
-    auto wt = [pi_unit](mpfr_t out, mpfr_t s) {
-      M r, a, p;
-      mpfr_sqrt(r, s, MPFR_RNDN);
-      mpfr_atan(a, r, MPFR_RNDN);
-      mpfr_mul(out, s, r, MPFR_RNDN);
-      mpfr_div(out, out, a, MPFR_RNDN);
-      if (pi_unit) mpfr_const_pi(p, MPFR_RNDN), mpfr_mul(out, out, p, MPFR_RNDN);
-    };
+    auto g = [pi_unit](mpfr_t out, mpfr_t s) { series_target(out, s, pi_unit); };
+    auto wt = [pi_unit](mpfr_t out, mpfr_t s) { series_weight(out, s, pi_unit); };
     double c[kFastTermsD];
     remez_fit_w(g, wt, kFastTermsD, 0x1p-20, smaxd, false, c);
-    double worst = 0;
-    for (int i = 1; i <= 8192; ++i) {
-      M u, s, p, want, got, pi;
-      mpfr_sqrt(u, smax, MPFR_RNDN);
-      mpfr_mul_d(u, u, i / 8192.0, MPFR_RNDN);
-      mpfr_sqr(s, u, MPFR_RNDN);
-      horner(p, c, kFastTermsD, s);
-      mpfr_mul(p, p, s, MPFR_RNDN);
-      mpfr_const_pi(pi, MPFR_RNDN);
-      if (pi_unit) mpfr_ui_div(got, 1, pi, MPFR_RNDN), mpfr_add(p, p, got, MPFR_RNDN);
-      else mpfr_add_ui(p, p, 1, MPFR_RNDN);
-      mpfr_mul(got, p, u, MPFR_RNDN);
-      mpfr_atan(want, u, MPFR_RNDN);
-      if (pi_unit) mpfr_div(want, want, pi, MPFR_RNDN);
-      mpfr_sub(got, got, want, MPFR_RNDN);
-      mpfr_div(got, got, want, MPFR_RNDN);
-      worst = std::fmax(worst, std::fabs(mpfr_get_d(got, MPFR_RNDN)));
-    }
+    M umax;
+    mpfr_sqrt(umax, smax, MPFR_RNDN);
+    double worst = series_error(c, kFastTermsD, umax, pi_unit);
     if (worst > kFastBudgetD) {
       std::fprintf(stderr, "double fast series (%s): fit error %.3g above %.3g\n", pi_unit ? "pi" : "radians", worst,
                    kFastBudgetD);
