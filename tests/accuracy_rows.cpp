@@ -237,11 +237,13 @@ const struct {
     // positive x 0.76 (x = 1.1212857406640862, the vector path's row about the
     // zero 1). The bound 4 is the one promised on the negative axis.
     {"lgamma", "full", 4},
-    {"lgammaf", "full", 4},      // 0.5055 (every positive single: the double-arithmetic path rounded once)
+    {"lgammaf", "full", 4},      // 0.5055 (every positive single: the double-arithmetic path rounded once;
+                                 // 0.5 on every negative one)
     {"lgammar", "full", 4},      // lgamma's bits
     {"lgammarf", "full", 4},     // lgammaf's bits
     {"tgamma", "full", 2},       // 0.73 (denormal results near -170.7), 0.52 on the vector path
-    {"tgammaf", "full", 2},      // 0.501 (every positive single; 2^f's polynomial, 2^-34 relative, before the rounding)
+    {"tgammaf", "full", 2},      // 0.501 (every positive single; 2^f's polynomial, 2^-34 relative, before the
+                                 // rounding; 0.5 on every negative one)
     {"tanhf", "fast", 2.5},     // 2.456 (every single; E/(E + 2), E = e^(2|x|) - 1 in single)
     // asinh, acosh: the log1p family's ln(u + c) on a double-double w; atanh:
     // the same ln on 1 + z, z = 2|x|/(1 - |x|) as a double-double;

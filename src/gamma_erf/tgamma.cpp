@@ -21,7 +21,8 @@
 //   tgamma  0.73 ulp (denormal results near -170.7, the scalar routine), 0.52 on
 //           the vector path (ravl ulp, 2e5 inputs per range over (0, 171.7]); bound 2
 //   tgammaf 0.501 ulp (x = 0x1.e4dc58p-4) over every positive single up to 36
-//           (ravl sweep tgammaf8 --range 0x1p-149:36)
+//           (ravl sweep tgammaf8 --range 0x1p-149:36); 0.5 ulp over every
+//           negative single (--range -8388608:-0x1p-149)
 #include "gamma_erf/gamma_core.h"
 
 namespace ravl {
