@@ -493,5 +493,19 @@ template <class C> RAVL_INLINE const C& rows_apart(const C& c) {
   __asm__ volatile("" : "+r"(p));
   return *p;
 }
+// via_double with the rows c that f reads its constants from, f(F64x4, c):
+// width 8 computes its two halves side by side, the second through
+// rows_apart(c), so that each half reads its constants as operands.
+template <int L, class C, class F> RAVL_INLINE Vec<float, L> via_double(Vec<float, L> x, const C& c, F f) {
+  if constexpr (L == 4) {
+    return convert<float>(f(convert<double>(x), c));
+  } else {
+    static_assert(L == 8, "four or eight lanes");
+    const C& c1 = rows_apart(c);
+    const F64x4 y0 = f(convert<double>(slice<0, 4>(x)), c);
+    const F64x4 y1 = f(convert<double>(slice<4, 4>(x)), c1);
+    return join(convert<float>(y0), convert<float>(y1));
+  }
+}
 
 }  // namespace ravl

@@ -150,9 +150,9 @@ struct TanhFast : frame::Kernel {
 // Max error 0.5001 ulp (every single; x = 0x1.f93e88p-10, where tanh lies
 // within 2^-13 ulp of a halfway point between two singles).
 //
-// Width 8 computes its two 4-lane halves side by side, each reading its
-// constants as operands through its own pointer (rows_apart), so that the
-// halves overlap without holding constants in registers for both.
+// Width 8 computes its two 4-lane halves side by side (via_double with the
+// rows: each half reads its constants as operands through its own pointer),
+// so that the halves overlap without holding constants in registers for both.
 struct TanhfRows {
   // 2/ln2 = 2.8853900817779268 (0x40071547652b82fe); ln2/2 =
   // 0.34657359027997264 (0x3fd62e42fefa39ef), both double roundings (twice
@@ -198,16 +198,7 @@ struct TanhfFull : frame::Kernel {
     using U = Vec<uint32_t, L>;
     const TanhfRows& c = rows(kTanhfRows);
     V a = hw_min(get<V>(c.last), as_float<V>(as_uint(x) & get<U>(c.abs)));
-    V y;
-    if constexpr (L == 8) {
-      const TanhfRows& c1 = rows_apart(kTanhfRows);
-      F64x4 y0 = tanhf_half(convert<double>(slice<0, 4>(a)), c);
-      F64x4 y1 = tanhf_half(convert<double>(slice<4, 4>(a)), c1);
-      y = join(convert<float>(y0), convert<float>(y1));
-    } else {
-      static_assert(L == 4, "four or eight lanes");
-      y = convert<float>(tanhf_half(convert<double>(a), c));
-    }
+    V y = via_double<L>(a, c, tanhf_half);
     return as_float<V>(as_uint(y) | (as_uint(x) & get<U>(c.sign)));
   }
 };

@@ -378,6 +378,13 @@ template <bool kPi, int L> RAVL_INLINE Vec<float, L> atan2f_fast(Vec<float, L> y
   return as_float<V>(as_uint(r) ^ sign_bit(y));
 }
 
+// The angles of the scalar routine and the _native kernel: pi, pi/2, pi/4, 3pi/4 rounded, or 1, 1/2,
+// 1/4, 3/4 in half turns.
+template <bool kPi> constexpr Angles kAngles =
+    kPi ? Angles{1.0, 0.5, 0.25, 0.75, kInvPi, kInvPiLo}
+        : Angles{f64_bits(0x400921fb54442d18ull), f64_bits(0x3ff921fb54442d18ull), f64_bits(0x3fe921fb54442d18ull),
+                 f64_bits(0x4002d97c7f3321d2ull), 1.0, 0.0};
+
 // ---- double lanes, _native class of the pairs ------------------------------------
 //
 // No nodes and no table. Two compares of q = |y|/|x| against t = tan(pi/8)
@@ -406,11 +413,8 @@ template <bool kPi> struct FastRowsD {
   // t twice, so that each product reads it as its memory operand (one
   // register fewer than a t held for both).
   Row<double> t8 = row(f64_bits(atan_tables::kTanPi8D)), t8_again = t8;
-  // pi/4, pi/2 and pi rounded (0x3fe921fb54442d18, 0x3ff921fb54442d18,
-  // 0x400921fb54442d18), or 1/4, 1/2 and 1.
-  Row<double> eighth = row(kPi ? 0.25 : f64_bits(0x3fe921fb54442d18ull)),
-              quarter = row(kPi ? 0.5 : f64_bits(0x3ff921fb54442d18ull)),
-              half = row(kPi ? 1.0 : f64_bits(0x400921fb54442d18ull));
+  // pi/4, pi/2 and pi rounded, or 1/4, 1/2 and 1 (the scalar routine's).
+  Row<double> eighth = row(kAngles<kPi>.eighth), quarter = row(kAngles<kPi>.quarter), half = row(kAngles<kPi>.half);
   Row<double> ipi = row(kInvPi);
   Row<uint64_t> sign = row<uint64_t>(0x8000000000000000ull);
   static_assert(kTerms == 8, "the kernel's Estrin scheme takes eight coefficients");
@@ -507,13 +511,6 @@ template <bool kPi, bool kFull> struct AtanF : frame::Kernel {
   using sig = float(float);
   template <int L> static RAVL_INLINE Vec<float, L> vec(Vec<float, L> x) { return atanf1<kPi, kFull>(x); }
 };
-
-// The angles of the scalar routine: pi, pi/2, pi/4, 3pi/4 rounded, or 1, 1/2,
-// 1/4, 3/4 in half turns.
-template <bool kPi> constexpr Angles kAngles =
-    kPi ? Angles{1.0, 0.5, 0.25, 0.75, kInvPi, kInvPiLo}
-        : Angles{f64_bits(0x400921fb54442d18ull), f64_bits(0x3ff921fb54442d18ull), f64_bits(0x3fe921fb54442d18ull),
-                 f64_bits(0x4002d97c7f3321d2ull), 1.0, 0.0};
 
 template <bool kPi, bool kFull> struct Atan2D : frame::Kernel {
   using sig = double(double, double);
