@@ -494,11 +494,17 @@ std::vector<Range> atan_ranges() {
     v.push_back({f, "nodes", -20, 20});
     v.push_back({f, "wide", single ? 0x1p-149 : 0x1p-1074, single ? kFMax : kDMax, kBitPatterns});
     v.push_back({f, "middle", 0x1p-5, 32, single ? kEvery : kBitPatterns});
+    // Across tan(pi/8) and tan(3pi/8), where the _native kernels change region.
+    v.push_back({f, "tan_pi8", 0.4141, 0.4143});
+    v.push_back({f, "tan_3pi8", -2.4141, -2.4143});
   }
   for (const char* f : {"atan2", "atan2pi", "atan2f", "atan2pif"}) {
     const bool single = f[std::strlen(f) - 1] == 'f';
     const double tiny = single ? 0x1p-149 : 0x1p-1074, big = single ? kFMax : kDMax;
     v.push_back({f, "near", -4, 4, kUniform, 0, -4, 4});
+    // |y/x| across tan(pi/8) and tan(3pi/8) in the second and first quadrants.
+    v.push_back({f, "tan_pi8", 0.4141, 0.4143, kUniform, 0, -1, -1.0001});
+    v.push_back({f, "tan_3pi8", 2.4141, 2.4143, kUniform, 0, 1, 1.0001});
     v.push_back({f, "q1", tiny, big, kBitPatterns, 0, tiny, big, kBitPatterns});
     v.push_back({f, "q2", tiny, big, kBitPatterns, 0, -tiny, -big, kBitPatterns});
     v.push_back({f, "q3", -tiny, -big, kBitPatterns, 0, -tiny, -big, kBitPatterns});
